@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "acquisition/frame_copy.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr std::size_t bytesPerPixel = 4;
+constexpr std::size_t blue = 0;
+constexpr std::size_t green = 1;
+constexpr std::size_t red = 2;
+
+void copyBlock(std::uint8_t* destination, std::span<const std::uint8_t> source, std::size_t size) {
+    const std::size_t available = std::min(size, source.size());
+    if (available != 0) {
+        std::memcpy(destination, source.data(), available);
+    }
+}
+
+void copyShifted(std::uint8_t* destination, std::span<const std::uint8_t> source,
+                 std::int32_t width, std::int32_t height) {
+    if (width < 2) {
+        return;
+    }
+    const auto rowBytes = static_cast<std::size_t>(width);
+    for (std::int32_t row = 1; row < height; ++row) {
+        const std::size_t start = static_cast<std::size_t>(row) * rowBytes + 1;
+        if (start >= source.size()) {
+            return;
+        }
+        copyBlock(destination, source.subspan(start), rowBytes - 1);
+        destination += rowBytes;
+    }
+}
+
+// One byte of a pair, 0 where the source has ended.
+std::uint8_t channelAt(std::span<const std::uint8_t> source, std::size_t position) {
+    return position < source.size() ? source[position] : std::uint8_t{0};
+}
+
+// One row of pairs. `first` and `second` are the channels of the even and the
+// odd pixel of a pair.
+void mosaicRow(std::uint8_t* destination, std::span<const std::uint8_t> source, std::size_t pairs,
+               std::size_t first, std::size_t second) {
+    for (std::size_t pair = 0; pair < pairs; ++pair) {
+        const std::size_t pixel = pair * 2 * bytesPerPixel;
+        if (pixel + first >= source.size()) {
+            return;
+        }
+        destination[2 * pair] = source[pixel + first];
+        destination[2 * pair + 1] = channelAt(source, pixel + bytesPerPixel + second);
+    }
+}
+
+void copyMosaic(std::uint8_t* destination, std::span<const std::uint8_t> source,
+                std::int32_t width, std::int32_t height) {
+    if (width < 1) {
+        return;
+    }
+    const std::size_t rowBytes = static_cast<std::size_t>(width) * bytesPerPixel;
+    const std::size_t pairs = (static_cast<std::size_t>(width) + 1) / 2;
+    for (std::int32_t row = height - 1; row >= 0; --row) {
+        const std::size_t start = static_cast<std::size_t>(row) * rowBytes;
+        if (start < source.size()) {
+            const bool odd = (row & 1) != 0;
+            mosaicRow(destination, source.subspan(start), pairs, odd ? green : blue,
+                      odd ? red : green);
+        }
+        destination += 2 * pairs;
+    }
+}
+
+constexpr FrameCopyKernels scalarKernels = {&copyBlock, &copyShifted, &copyMosaic};
+
+}  // namespace
+
+const FrameCopyKernels& scalarFrameCopyKernels() noexcept { return scalarKernels; }
+
+const FrameCopyKernels& frameCopyKernels() noexcept { return scalarKernels; }
+
+std::size_t frameBytes(std::int32_t width, std::int32_t height) noexcept {
+    const auto product = static_cast<std::int32_t>(static_cast<std::uint32_t>(width) *
+                                                   static_cast<std::uint32_t>(height));
+    return static_cast<std::size_t>(std::max(product, 0));
+}

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// Start and end of the capture library, and where it lives.
+#pragma once
+
+#include "capture/export.h"
+
+namespace DShowLib {
+
+// Once per process, before anything else of the library.
+CAPTURE_LIBRARY_API bool InitLibrary();
+// When nothing of the library is in use any more.
+CAPTURE_LIBRARY_API void ExitLibrary();
+
+}  // namespace DShowLib
