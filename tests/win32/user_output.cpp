@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// What reaches a person: message boxes and debugger texts. Both are kept for the
+// tests; nothing is shown.
+#include <array>
+
+#include "tests/win32/call_log.h"
+#include "tests/win32/win32_log.h"
+
+namespace win32 {
+namespace {
+
+struct State {
+    std::mutex mutex;
+    std::vector<MessageBox> boxes;
+};
+
+// Outlives every other static object, whichever asks last.
+State& state() {
+    static State* const instance = new State;
+    return *instance;
+}
+
+}  // namespace
+
+std::vector<MessageBox> messageBoxes() {
+    const std::lock_guard guard(state().mutex);
+    return state().boxes;
+}
+
+void detail::resetMessageBoxes() {
+    const std::lock_guard guard(state().mutex);
+    state().boxes.clear();
+}
+
+}  // namespace win32
+
+// Short texts pass without allocation: the road of a frame passes here.
+void OutputDebugStringW(LPCWSTR text) {
+    std::array<char, 128> narrow;
+    const std::size_t size = win32::detail::utf8(text, narrow);
+    if (size <= narrow.size()) {
+        win32::detail::record("OutputDebugStringW", {narrow.data(), size});
+    } else {
+        win32::detail::record("OutputDebugStringW", win32::detail::utf8(text));
+    }
+}
+
+int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type) {
+    using win32::detail::utf8;
+    win32::detail::record("MessageBoxW", win32::detail::pointerText(owner) + ", " + utf8(text) +
+                                             ", " + utf8(caption) + ", " + std::to_string(type));
+    {
+        const std::lock_guard guard(win32::state().mutex);
+        win32::state().boxes.push_back(
+            {owner, utf8(text), utf8(caption), type, GetCurrentThreadId()});
+    }
+    return static_cast<int>(win32::detail::injected("MessageBoxW").value_or(IDOK));
+}
