@@ -1,0 +1,2 @@
+# SPDX-License-Identifier: MIT
+# Checks of the sources and of what was built, as tests.

@@ -1,0 +1,72 @@
+# SPDX-License-Identifier: MIT
+# One test program per layer, and its tests for CTest.
+
+cmake_path(GET PROJECT_BINARY_DIR FILENAME VELMORA_BUILD_NAME)
+
+# Environment of every test: the first finding of a sanitizer fails the test.
+set(VELMORA_TEST_ENVIRONMENT
+    LC_ALL=C.UTF-8
+    UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+    ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1:check_initialization_order=1
+    TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1)
+
+# velmora_add_tests(NAME FOLDERS f... [LIBRARIES l...] [WHOLE_PROGRAM] [DESKTOP])
+#   WHOLE_PROGRAM  under Wine CTest runs the program once, not once per test
+#   DESKTOP        the tests look at the screen: one at a time
+# Helpers for several layers lie in tests/support. An empty folder makes no program.
+function(velmora_add_tests name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WHOLE_PROGRAM;DESKTOP" "" "FOLDERS;LIBRARIES")
+    velmora_sources(sources ${arg_FOLDERS})
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(${name} ${sources})
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
+    target_compile_definitions(${name} PRIVATE
+                               VELMORA_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test_support gmock gtest gtest_main)
+    if(WIN32)
+        target_link_libraries(${name} PRIVATE ole32 oleaut32 uuid)
+        if(TARGET capture_library_delayed AND "adapter_core" IN_LIST arg_LIBRARIES)
+            target_link_libraries(${name} PRIVATE capture_library_delayed)
+        endif()
+    endif()
+    target_use_warnings(${name})
+    target_use_windows_binary(${name})
+    set_property(GLOBAL APPEND PROPERTY VELMORA_TEST_SOURCES ${sources})
+
+    set(properties ENVIRONMENT "${VELMORA_TEST_ENVIRONMENT}" LABELS "${VELMORA_BUILD_NAME}")
+    if(arg_DESKTOP)
+        list(APPEND properties RESOURCE_LOCK desktop)
+    endif()
+    if(WIN32 AND arg_WHOLE_PROGRAM)
+        add_test(NAME ${VELMORA_BUILD_NAME}/${name} COMMAND ${name})
+        set_tests_properties(${VELMORA_BUILD_NAME}/${name} PROPERTIES ${properties} TIMEOUT 600)
+    else()
+        gtest_discover_tests(
+            ${name}
+            TEST_PREFIX ${VELMORA_BUILD_NAME}/
+            DISCOVERY_MODE PRE_TEST
+            DISCOVERY_TIMEOUT 120
+            PROPERTIES ${properties} TIMEOUT 120)
+    endif()
+endfunction()
+
+# Folders whose tests another kind of build (Windows or native) makes.
+function(velmora_tests_elsewhere)
+    set_property(GLOBAL APPEND PROPERTY VELMORA_TEST_FOLDERS_ELSEWHERE ${ARGN})
+endfunction()
+
+velmora_sources(support_sources tests/support)
+if(support_sources)
+    add_library(test_support STATIC ${support_sources})
+    target_include_directories(test_support PUBLIC ${PROJECT_SOURCE_DIR})
+    target_link_libraries(test_support PUBLIC gmock gtest)
+    if(NOT WIN32)
+        target_link_libraries(test_support PUBLIC win32_subset)
+    endif()
+    target_use_warnings(test_support)
+    set_property(GLOBAL APPEND PROPERTY VELMORA_TEST_SOURCES ${support_sources})
+else()
+    add_library(test_support INTERFACE)
+endif()

@@ -1,0 +1,31 @@
+# SPDX-License-Identifier: MIT
+# Warnings, all of them errors. Every target of ours calls this.
+
+function(target_use_warnings target)
+    if(MSVC)
+        # Functions that replace "unsafe" C ones are not standard: _CRT_SECURE_NO_WARNINGS.
+        target_compile_options(${target} PRIVATE /W4 /WX /permissive- /Zc:__cplusplus /utf-8)
+        target_compile_definitions(${target} PRIVATE _CRT_SECURE_NO_WARNINGS)
+        return()
+    endif()
+    target_compile_options(
+        ${target}
+        PRIVATE -Wall
+                -Wextra
+                -Wpedantic
+                -Werror
+                -Wcast-align
+                -Wconversion
+                -Wdouble-promotion
+                -Wformat=2
+                -Wimplicit-fallthrough
+                -Wshadow
+                -Wsign-conversion
+                -Wundef
+                $<$<COMPILE_LANGUAGE:CXX>:-Wextra-semi>
+                $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast>
+                $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>)
+    if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+        target_compile_options(${target} PRIVATE -Wthread-safety)
+    endif()
+endfunction()

@@ -1,0 +1,25 @@
+# SPDX-License-Identifier: MIT
+# How every .dll and .exe is linked.
+
+# The runtime is part of each binary: an adapter that wanted a compiler's DLL
+# beside it could not be loaded from another folder.
+set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+
+function(target_use_windows_binary target)
+    if(NOT WIN32)
+        return()
+    endif()
+    if(MSVC)
+        target_link_options(${target} PRIVATE /DYNAMICBASE /NXCOMPAT /HIGHENTROPYVA)
+    else()
+        target_link_options(
+            ${target}
+            PRIVATE
+            -static
+            -Wl,--dynamicbase
+            -Wl,--nxcompat
+            -Wl,--high-entropy-va
+            $<$<CONFIG:Release>:-s>)
+    endif()
+    set_target_properties(${target} PROPERTIES PREFIX "")
+endfunction()

@@ -1,0 +1,58 @@
+#!/bin/bash
+# SPDX-License-Identifier: MIT
+# Usage: wine_env.sh COMMAND...
+# Runs a command with Wine at hand: a prefix of this tree's own (made once), a screen
+# of its own, and one Wine server that lives as long as the command. One session at
+# a time; a second waits for the first.
+set -euo pipefail
+
+root=$(cd "$(dirname "$0")/.." && pwd)
+if [ -n "${VELMORA_WINE_SESSION:-}" ]; then
+    exec "$@"
+fi
+
+mkdir -p "$root/build"
+exec 9>"$root/build/wine_session.lock"
+flock 9
+
+export WINEPREFIX=$root/build/wine_prefix
+export WINEDEBUG=-all
+export LC_ALL=C.UTF-8
+export VELMORA_WINE_SESSION=$$
+# No browser or runtime that a first start would offer to fetch.
+export WINEDLLOVERRIDES='mscoree,mshtml='
+
+display_file=$(mktemp)
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$display_file" 9>&- 2>/dev/null &
+screen=$!
+
+finish() {
+    wineserver -k 2>/dev/null || true
+    wineserver -w 2>/dev/null || true
+    kill "$screen" 2>/dev/null || true
+    wait "$screen" 2>/dev/null || true
+    rm -f "$display_file"
+}
+trap finish EXIT
+
+# The screen is up once it has written its number.
+for ((i = 0; i < 200; ++i)); do
+    [ -s "$display_file" ] && break
+    kill -0 "$screen" 2>/dev/null || break
+    sleep 0.05
+done
+if [ ! -s "$display_file" ]; then
+    echo "wine_env.sh: Xvfb did not start" >&2
+    exit 1
+fi
+export DISPLAY=:$(cat "$display_file")
+
+if [ ! -f "$WINEPREFIX/ready" ]; then
+    rm -rf "$WINEPREFIX"
+    wineboot -i >/dev/null 2>&1 9>&-
+    wineserver -w
+    touch "$WINEPREFIX/ready"
+fi
+wineserver -p 9>&-
+
+"$@" 9>&-
