@@ -44,7 +44,7 @@ class CAPTURE_LIBRARY_API FrameHandlerSink : public GrabberSinkType {
 public:
     struct tCreateData {
         std::uint32_t bufferCount = 0;
-        dvector<FrameTypeInfo> frameTypes;             // accepted; empty: whatever comes
+        dvector<FrameTypeInfo> frameTypes;              // accepted; empty: whatever comes
         smart_ptr<MemBufferCollection> userCollection;  // empty: the sink makes its own ring
     };
 

@@ -62,7 +62,8 @@ public:
     }
 
     ~smart_ptr() {
-        if (m_block != nullptr && m_block->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        if (m_block != nullptr &&
+            m_block->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
             m_block->destroy(m_block);
         }
     }

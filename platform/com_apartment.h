@@ -25,8 +25,7 @@ public:
     }
 
     bool stopsAtEnd() const noexcept {
-        return m_result == S_OK ||
-               (m_result == S_FALSE && m_balance == ComBalance::firstAndNested);
+        return m_result == S_OK || (m_result == S_FALSE && m_balance == ComBalance::firstAndNested);
     }
 
 private:

@@ -33,6 +33,17 @@ std::string_view textOrEmpty(const char* text) noexcept {
     return text != nullptr ? std::string_view(text) : std::string_view();
 }
 
+std::string hexadecimalText(std::int64_t number) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text;
+    auto rest = static_cast<std::uint64_t>(number);
+    do {
+        text.insert(text.begin(), digits[rest % 16]);
+        rest /= 16;
+    } while (rest != 0);
+    return text;
+}
+
 CTextPiece::CTextPiece(std::int32_t number) noexcept {
     const auto end = std::to_chars(m_number, m_number + longestNumber, number).ptr;
     m_text = std::string_view(m_number, static_cast<std::size_t>(end - m_number));

@@ -18,11 +18,16 @@ std::wstring toWide(std::string_view narrow);
 // A null text of the host or of the capture library counts as empty.
 std::string_view textOrEmpty(const char* text) noexcept;
 
+// Upper-case hexadecimal digits without leading zeros, two's complement for a
+// negative number: how serial numbers are written.
+std::string hexadecimalText(std::int64_t number);
+
 // One piece of a message: a text, an integer (as "%d" writes it) or a floating
 // point number (as "%f" writes it, always with a decimal point).
 class CTextPiece {
 public:
-    CTextPiece(std::string_view text) noexcept : m_text(text) {}  // NOLINT(google-explicit-constructor)
+    CTextPiece(std::string_view text) noexcept
+        : m_text(text) {}                  // NOLINT(google-explicit-constructor)
     CTextPiece(const char* text) noexcept  // NOLINT(google-explicit-constructor)
         : m_text(textOrEmpty(text)) {}
     CTextPiece(const std::string& text) noexcept  // NOLINT(google-explicit-constructor)
