@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::size_t longestUniqueKey = 254;
 
-constexpr std::array<std::string_view, 6> hiddenParts = {
-    "binning", minimumSuffix, maximumSuffix, "feature", "execute", "_"};
+constexpr std::array<std::string_view, 6> hiddenParts = {"binning", minimumSuffix, maximumSuffix,
+                                                         "feature", "execute",     "_"};
 
 bool contains(std::string_view text, std::string_view part) noexcept {
     return text.find(part) != std::string_view::npos;
@@ -37,8 +37,7 @@ std::string baseKey(std::string_view itemName, std::string_view elementName) {
     return lowered(key);
 }
 
-std::string uniqueKey(std::string_view key,
-                      const std::function<bool(std::string_view)>& isTaken) {
+std::string uniqueKey(std::string_view key, const std::function<bool(std::string_view)>& isTaken) {
     std::string candidate(key.substr(0, longestUniqueKey));
     for (std::int32_t n = 1; isTaken(candidate); ++n) {
         const std::string number = std::to_string(n);
@@ -59,4 +58,6 @@ bool isListedKey(std::string_view key) noexcept {
                         [key](std::string_view part) { return contains(key, part); });
 }
 
-bool isSwitchKey(std::string_view key) noexcept { return contains(key, switchSuffix); }
+bool isSwitchKey(std::string_view key) noexcept {
+    return contains(key, switchSuffix);
+}

@@ -47,8 +47,7 @@ std::string baseKey(std::string_view itemName, std::string_view elementName);
 
 // The first of key, key1, key2, ... that is not taken, cut to 254 characters in
 // such a way that the number stands.
-std::string uniqueKey(std::string_view key,
-                      const std::function<bool(std::string_view)>& isTaken);
+std::string uniqueKey(std::string_view key, const std::function<bool(std::string_view)>& isTaken);
 
 std::string numberedKey(std::string_view prefix, std::int32_t number);
 

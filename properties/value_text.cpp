@@ -11,7 +11,9 @@
 
 namespace {
 
-bool isDigit(char character) noexcept { return character >= '0' && character <= '9'; }
+bool isDigit(char character) noexcept {
+    return character >= '0' && character <= '9';
+}
 
 std::string_view withoutLeadingSpace(std::string_view text) noexcept {
     const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
@@ -117,7 +119,9 @@ std::int32_t wrappingDifference(std::int32_t left, std::int32_t right) noexcept 
                                      static_cast<std::uint32_t>(right));
 }
 
-double cutToHundredths(double number) noexcept { return truncateToInteger(number * 100.0) / 100.0; }
+double cutToHundredths(double number) noexcept {
+    return truncateToInteger(number * 100.0) / 100.0;
+}
 
 bool equalsIgnoringCase(std::string_view left, std::string_view right) noexcept {
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),

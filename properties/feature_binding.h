@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// How settings and commands reach their interface among the device's properties.
+// Host thread. Nothing here throws: what is missing comes back empty.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "capture/grabber.h"
+#include "capture/property_ids.h"
+
+// Empty when the identifier names no item (or element).
+DShowLib::smart_com<DShowLib::IVCDPropertyItem> findItem(
+    const DShowLib::smart_com<DShowLib::IVCDPropertyItems>& items, const GUID& itemId);
+DShowLib::smart_com<DShowLib::IVCDPropertyElement> findElement(
+    const DShowLib::smart_com<DShowLib::IVCDPropertyItem>& item, const GUID& elementId);
+
+// The interface identifier of each kind.
+template <class Interface>
+inline constexpr const GUID* interfaceId = nullptr;
+template <>
+inline constexpr const GUID* interfaceId<DShowLib::IVCDRangeProperty> =
+    &DShowLib::IID_IVCDRangeProperty;
+template <>
+inline constexpr const GUID* interfaceId<DShowLib::IVCDAbsoluteValueProperty> =
+    &DShowLib::IID_IVCDAbsoluteValueProperty;
+template <>
+inline constexpr const GUID* interfaceId<DShowLib::IVCDSwitchProperty> =
+    &DShowLib::IID_IVCDSwitchProperty;
+template <>
+inline constexpr const GUID* interfaceId<DShowLib::IVCDButtonProperty> =
+    &DShowLib::IID_IVCDButtonProperty;
+template <>
+inline constexpr const GUID* interfaceId<DShowLib::IVCDMapStringsProperty> =
+    &DShowLib::IID_IVCDMapStringsProperty;
+
+// One interface of one of the item's elements; empty when either is missing.
+template <class Interface>
+DShowLib::smart_com<Interface> bindInterface(
+    const DShowLib::smart_com<DShowLib::IVCDPropertyItem>& item, const GUID& elementId) {
+    const auto element = findElement(item, elementId);
+    void* found = nullptr;
+    if (!element || element->QueryInterface(*interfaceId<Interface>, &found) < 0) {
+        return {};
+    }
+    return DShowLib::smart_com<Interface>(static_cast<Interface*>(found));
+}
+
+// Whether all bits of the state are set. Throws a failing result code.
+bool isOn(DShowLib::IVCDSwitchProperty& property);
+// The same for an item's automatic, which may be missing.
+bool isAutomaticOn(const DShowLib::smart_com<DShowLib::IVCDSwitchProperty>& automatic);
+
+// The two refusals that settings and commands share; both return
+// HOST_RESULT_FAILURE.
+std::int32_t refuseUnavailable(char* message, std::string_view name);
+std::int32_t refuseAutomatic(char* message, std::string_view name);

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// Objects that live to the end of the process: settings and commands, which the
+// tables of a channel point to but do not own.
+#pragma once
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+// Everything that was ever stored. It is never destroyed, so at the end of the
+// process nothing calls into a capture library that may be gone by then.
+inline std::vector<const void*>& processStore() {
+    static auto& objects = *new std::vector<const void*>;
+    return objects;
+}
+
+// Makes an object that nothing deletes. Host thread.
+template <class Object, class... Arguments>
+Object* makeForProcess(Arguments&&... arguments) {
+    auto& objects = processStore();
+    objects.reserve(objects.size() + 1);
+    auto* object = new Object(std::forward<Arguments>(arguments)...);
+    objects.push_back(object);
+    return object;
+}
