@@ -43,10 +43,12 @@ constexpr std::array<Entry, 12> entries = {{
 }  // namespace
 
 GUID ColorformatToSubtype(ColorFormat format) noexcept {
-    const auto* found =
-        std::find_if(entries.begin(), entries.end(),
-                     [format](const Entry& entry) { return entry.format == format; });
+    const auto* found = std::find_if(entries.begin(), entries.end(), [format](const Entry& entry) {
+        return entry.format == format;
+    });
     return found != entries.end() ? found->subtype : GUID{};
 }
 
-bool isY800Text(std::string_view formatText) noexcept { return formatText.substr(0, 4) == "Y800"; }
+bool isY800Text(std::string_view formatText) noexcept {
+    return formatText.substr(0, 4) == "Y800";
+}

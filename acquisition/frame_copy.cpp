@@ -34,27 +34,29 @@ void copyShifted(std::uint8_t* destination, std::span<const std::uint8_t> source
     }
 }
 
-// One byte of a pair, 0 where the source has ended.
-std::uint8_t channelAt(std::span<const std::uint8_t> source, std::size_t position) {
-    return position < source.size() ? source[position] : std::uint8_t{0};
-}
-
 // One row of pairs. `first` and `second` are the channels of the even and the
-// odd pixel of a pair.
+// odd pixel of a pair. Pairs that lie inside the source as a whole come first,
+// so that their loop asks no questions; at most one pair is cut by its end.
 void mosaicRow(std::uint8_t* destination, std::span<const std::uint8_t> source, std::size_t pairs,
                std::size_t first, std::size_t second) {
-    for (std::size_t pair = 0; pair < pairs; ++pair) {
-        const std::size_t pixel = pair * 2 * bytesPerPixel;
-        if (pixel + first >= source.size()) {
-            return;
-        }
-        destination[2 * pair] = source[pixel + first];
-        destination[2 * pair + 1] = channelAt(source, pixel + bytesPerPixel + second);
+    constexpr std::size_t bytesPerPair = 2 * bytesPerPixel;
+    const std::size_t lastByte = bytesPerPixel + second;
+    const std::size_t inside =
+        source.size() > lastByte ? (source.size() - lastByte - 1) / bytesPerPair + 1 : 0;
+    const std::size_t whole = std::min(pairs, inside);
+    const std::uint8_t* pixel = source.data();
+    for (std::size_t pair = 0; pair < whole; ++pair) {
+        destination[2 * pair] = pixel[pair * bytesPerPair + first];
+        destination[2 * pair + 1] = pixel[pair * bytesPerPair + lastByte];
+    }
+    if (whole < pairs && whole * bytesPerPair + first < source.size()) {
+        destination[2 * whole] = pixel[whole * bytesPerPair + first];
+        destination[2 * whole + 1] = 0;
     }
 }
 
-void copyMosaic(std::uint8_t* destination, std::span<const std::uint8_t> source,
-                std::int32_t width, std::int32_t height) {
+void copyMosaic(std::uint8_t* destination, std::span<const std::uint8_t> source, std::int32_t width,
+                std::int32_t height) {
     if (width < 1) {
         return;
     }
@@ -75,9 +77,13 @@ constexpr FrameCopyKernels scalarKernels = {&copyBlock, &copyShifted, &copyMosai
 
 }  // namespace
 
-const FrameCopyKernels& scalarFrameCopyKernels() noexcept { return scalarKernels; }
+const FrameCopyKernels& scalarFrameCopyKernels() noexcept {
+    return scalarKernels;
+}
 
-const FrameCopyKernels& frameCopyKernels() noexcept { return scalarKernels; }
+const FrameCopyKernels& frameCopyKernels() noexcept {
+    return scalarKernels;
+}
 
 std::size_t frameBytes(std::int32_t width, std::int32_t height) noexcept {
     const auto product = static_cast<std::int32_t>(static_cast<std::uint32_t>(width) *

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+// CVideoChannel: which frames the sink delivers.
+#include "acquisition/color_formats.h"
+#include "adapter/log_trace.h"
+#include "adapter/video_channel.h"
+#include "capture/conversions.h"
+#include "capture/lists.h"
+
+namespace {
+
+struct SinkChoice {
+    ColorFormat format;
+    const char* trace;
+};
+
+constexpr SinkChoice rawFromGrey = {ColorFormat::eY800, " CreateNewSink ck_pt_RAW8 eY800\n"};
+constexpr SinkChoice rawFromColor = {ColorFormat::eRGB32, " CreateNewSink ck_pt_RAW8 eRGB32\n"};
+// The text says RAW8 for colour as well, and ends in a blank. Kept as it was.
+constexpr SinkChoice color = {ColorFormat::eRGB24, " CreateNewSink ck_pt_RAW8 eRGB24 \n"};
+constexpr SinkChoice grey = {ColorFormat::eY800, " CreateNewSink default eY800\n"};
+
+bool isY800(const DShowLib::VideoFormatItem& format) {
+    return isY800Text(toNarrow(format.toString_()));
+}
+
+DShowLib::smart_ptr<DShowLib::FrameHandlerSink> createSink(const DShowLib::FrameTypeInfo& frameType,
+                                                           std::uint32_t bufferCount) {
+    DShowLib::FrameHandlerSink::tCreateData data;
+    data.bufferCount = bufferCount;
+    if (frameType.subtype != GUID{}) {
+        data.frameTypes.push_back(frameType);
+    }
+    return DShowLib::FrameHandlerSink::create(data);
+}
+
+}  // namespace
+
+void CVideoChannel::SelectDefaultVideoFormat() {
+    m_rawFromRgb32 = false;
+    const auto formats = toStandard(availableVideoFormats(m_grabber));
+    if (formats.empty()) {
+        return;
+    }
+    // Every grey format is made current in turn: the last one stays.
+    for (const auto& format : formats) {
+        if (isY800(format)) {
+            m_grabber.setVideoFormat(format);
+        } else {
+            m_pixelFormat->setPixelType(HOST_PIXEL_RAW8);
+        }
+    }
+    if (!isY800(m_grabber.getVideoFormat())) {
+        m_rawFromRgb32 = true;
+    }
+}
+
+void CVideoChannel::CreateNewSink() {
+    SinkChoice choice = grey;
+    if (m_pixelFormat->pixelType() == HOST_PIXEL_RAW8) {
+        m_rawFromRgb32 = !isY800(m_grabber.getVideoFormat());
+        choice = m_rawFromRgb32 ? rawFromColor : rawFromGrey;
+    } else if (m_pixelFormat->pixelType() == HOST_PIXEL_RGB24) {
+        choice = color;
+    }
+
+    constexpr std::uint32_t ringSize = 5;
+    m_sink = createSink({ColorformatToSubtype(choice.format), 0, 0, 0}, ringSize);
+    LogTrace(traceFileName, "%s %s \n", toNarrow(m_grabber.getDev().getFriendlyName_()).c_str(),
+             choice.trace);
+    if (m_sink) {
+        m_sink->setSnapMode(false);
+        m_grabber.setSinkType(DShowLib::smart_ptr<DShowLib::GrabberSinkType>(m_sink));
+    }
+}
