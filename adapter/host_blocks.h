@@ -22,7 +22,7 @@ enum { HOST_TEXT_BYTES = 256 };
 
 /* Status words. */
 enum {
-    HOST_STATUS_DONE = 0,         /* frame ready, frame copied, device valid */
+    HOST_STATUS_DONE = 0,          /* frame ready, frame copied, device valid */
     HOST_STATUS_NO_FRAME = 0x1000, /* time-out, or nothing to copy */
     HOST_STATUS_NO_DEVICE = 0x2000 /* no valid device, or disconnected */
 };
