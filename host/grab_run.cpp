@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: MIT
+#include "host/grab_run.h"
+
+#include "host/text_tools.h"
+
+namespace camhost {
+
+namespace {
+
+constexpr double progressOnTerminal = 0.2;  // seconds between two
+constexpr double progressInLog = 2.0;
+constexpr std::uint32_t searchPause = 200;  // milliseconds between two searches
+
+// Stops the video whichever way the loop is left.
+class CLiveVideo {
+public:
+    explicit CLiveVideo(CChannel& camera) : m_camera(camera) {
+        const Reply reply = camera.start();
+        if (!reply.done()) {
+            throw Failure{
+                ExitCode::Refused,
+                "refused",
+                "live video does not start" + (reply.message.empty() ? "" : ": " + reply.message),
+                reply.message,
+                {}};
+        }
+    }
+    CLiveVideo(const CLiveVideo&) = delete;
+    CLiveVideo& operator=(const CLiveVideo&) = delete;
+    ~CLiveVideo() {
+        if (m_live) {
+            try {
+                m_camera.stop();
+            } catch (const Failure&) {
+                m_live = false;  // there is an earlier failure to tell of
+            }
+        }
+    }
+    // A lost camera refuses, which is not news.
+    void stop() {
+        m_live = false;
+        m_camera.stop();
+    }
+
+private:
+    CChannel& m_camera;
+    bool m_live = true;
+};
+
+}  // namespace
+
+CGrabRun::CGrabRun(CChannel& camera, const GrabPlan& plan, CSystem& system, CReport& report)
+    : m_camera(camera), m_plan(plan), m_system(system), m_report(report) {
+    m_counts.asked = plan.frames;
+}
+
+FrameLayout CGrabRun::readLayout() {
+    ImageInfo image{};
+    std::uint32_t status = 0;
+    const Reply reply = m_camera.imageInfo(image, status);
+    if (!reply.done()) {
+        throw Failure{status == HOST_STATUS_NO_DEVICE ? ExitCode::DeviceLost : ExitCode::Refused,
+                      status == HOST_STATUS_NO_DEVICE ? "device_lost" : "refused",
+                      reply.message,
+                      reply.message,
+                      {}};
+    }
+    return {image.width, image.height, image.pixelType};
+}
+
+GrabEnd CGrabRun::run(const std::string& videoFormat) {
+    m_videoFormat = videoFormat;
+    readLayout();
+    CLiveVideo video(m_camera);
+    m_layout = readLayout();
+    CFrameBuffer buffer(m_layout);
+    if (buffer.empty()) {
+        throw Failure{ExitCode::Refused,
+                      "bad_size",
+                      "the camera reports a picture of " + std::to_string(m_layout.width) + "x" +
+                          std::to_string(m_layout.height),
+                      {},
+                      {}};
+    }
+    m_counts.bytesPerFrame = frameBytes(m_layout);
+    m_files.reserve(m_plan.format == PictureFormat::None ? 0 : 64);
+    m_started = m_lastSign = m_lastProgress = m_system.seconds();
+    const GrabEnd end = loop(buffer);
+    updateTimes();
+    video.stop();
+    if (!buffer.intact()) {
+        throw Failure{
+            ExitCode::Refused, "internal", "the adapter wrote past the frame buffer", {}, {}};
+    }
+    return end;
+}
+
+GrabEnd CGrabRun::loop(CFrameBuffer& buffer) {
+    while (m_counts.frames < m_plan.frames) {
+        if (m_system.interrupted()) {
+            return GrabEnd::Interrupted;
+        }
+        if (const auto end = step(buffer)) {
+            return *end;
+        }
+        showProgress();
+    }
+    return GrabEnd::Complete;
+}
+
+std::optional<GrabEnd> CGrabRun::step(CFrameBuffer& buffer) {
+    const FrameReply wait = m_camera.waitFrame();
+    if (wait.status == HOST_STATUS_NO_DEVICE) {
+        return onLost();
+    }
+    if (wait.result != HOST_RESULT_SUCCESS) {
+        const std::string message = m_camera.lastMessage();
+        throw Failure{ExitCode::Refused,
+                      "refused",
+                      "waiting for a frame was refused: " + message,
+                      message,
+                      {}};
+    }
+    if (m_lost) {
+        onBack();
+    }
+    if (wait.status == HOST_STATUS_NO_FRAME) {
+        return onTimeout();
+    }
+    takeFrame(buffer);
+    return std::nullopt;
+}
+
+std::optional<GrabEnd> CGrabRun::onLost() {
+    const double now = m_system.seconds();
+    if (!m_lost) {
+        m_lost = true;
+        m_lostAt = now;
+        ++m_counts.losses;
+        m_report.message("lost " + m_camera.selector() + " after frame " +
+                         std::to_string(m_counts.frames) +
+                         (m_plan.patience > 0.0 ? "; searching ..." : ""));
+    }
+    if (now - m_lostAt >= m_plan.patience) {
+        return GrabEnd::Lost;
+    }
+    m_system.sleep(searchPause);
+    return std::nullopt;
+}
+
+void CGrabRun::onBack() {
+    const double now = m_system.seconds();
+    m_lost = false;
+    m_lostBefore += now - m_lostAt;
+    m_lastSign = now;
+    m_report.message("restored after " + fixedText(now - m_lostAt, 1) + " s");
+}
+
+std::optional<GrabEnd> CGrabRun::onTimeout() {
+    ++m_counts.timeouts;
+    if (m_system.seconds() - m_lastSign >= m_plan.timeout) {
+        return GrabEnd::TimedOut;
+    }
+    return std::nullopt;
+}
+
+void CGrabRun::takeFrame(CFrameBuffer& buffer) {
+    const FrameReply copy = m_camera.copyFrame(buffer.data());
+    if (copy.status != HOST_STATUS_DONE) {
+        ++m_counts.timeouts;
+        return;
+    }
+    m_lastSign = m_system.seconds();
+    if (m_counts.skipped < m_plan.skip) {
+        ++m_counts.skipped;
+        return;
+    }
+    ++m_counts.frames;
+    if (m_plan.format != PictureFormat::None) {
+        store(buffer);
+    }
+}
+
+void CGrabRun::store(const CFrameBuffer& buffer) {
+    const std::string name = m_plan.names.name(m_counts.frames);
+    writeFile(name, encodePicture(m_plan.format, m_layout, buffer.frame(),
+                                  m_plan.demosaic ? bayer() : std::nullopt, describeFrame()));
+    m_files.push_back(name);
+    m_report.detail("wrote " + name);
+}
+
+std::optional<BayerOrder> CGrabRun::bayer() const {
+    if (m_layout.pixelType != HOST_PIXEL_RAW8) {
+        return std::nullopt;
+    }
+    return m_plan.bayer ? *m_plan.bayer : assumedBayer(m_videoFormat, m_layout.height);
+}
+
+std::string CGrabRun::pixelText() const {
+    std::string text(pixelTypeName(m_layout.pixelType));
+    if (const auto order = bayer()) {
+        text +=
+            " " + std::string(bayerName(*order)) + (m_plan.bayer ? " as chosen" : " as delivered");
+    }
+    return text;
+}
+
+PngTexts CGrabRun::describeFrame() const {
+    PngTexts texts{{"Software", "camhost"},
+                   {"PixelType", std::string(pixelTypeName(m_layout.pixelType))}};
+    if (const auto order = bayer()) {
+        texts.emplace_back("BayerOrder", bayerName(*order));
+    }
+    texts.emplace_back("RowOrder", rowOrderText(m_layout.pixelType));
+    texts.emplace_back("CameraSerial", m_camera.serial());
+    texts.emplace_back("FrameNumber", std::to_string(m_counts.frames));
+    return texts;
+}
+
+void CGrabRun::updateTimes() {
+    const double now = m_system.seconds();
+    m_counts.seconds = now - m_started;
+    m_counts.lostSeconds = m_lostBefore + (m_lost ? now - m_lostAt : 0.0);
+}
+
+void CGrabRun::showProgress() {
+    const double now = m_system.seconds();
+    const double pause = m_report.terminal() ? progressOnTerminal : progressInLog;
+    if (now - m_lastProgress < pause || m_lost) {
+        return;
+    }
+    m_lastProgress = now;
+    updateTimes();
+    m_report.progress(progressLine(m_counts));
+}
+
+}  // namespace camhost

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "host/picture_file.h"
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <utility>
+
+#include "host/failure.h"
+#include "host/png_encode.h"
+#include "host/text_tools.h"
+
+namespace camhost {
+
+namespace {
+
+constexpr std::array<std::pair<std::string_view, PictureFormat>, 4> formatNames{{
+    {"png", PictureFormat::Png},
+    {"raw", PictureFormat::Raw},
+    {"pnm", PictureFormat::Pnm},
+    {"none", PictureFormat::None},
+}};
+
+constexpr std::array<std::pair<std::string_view, PictureFormat>, 5> fileEnds{{
+    {".png", PictureFormat::Png},
+    {".raw", PictureFormat::Raw},
+    {".pnm", PictureFormat::Pnm},
+    {".pgm", PictureFormat::Pnm},
+    {".ppm", PictureFormat::Pnm},
+}};
+
+std::filesystem::path pathOf(const std::string& name) {
+    return std::filesystem::path(std::u8string(name.begin(), name.end()));
+}
+
+std::vector<std::uint8_t> encodePnm(const Image& image) {
+    const std::string head = std::string(image.channels == 3 ? "P6\n" : "P5\n") +
+                             std::to_string(image.width) + " " + std::to_string(image.height) +
+                             "\n255\n";
+    std::vector<std::uint8_t> bytes(head.begin(), head.end());
+    bytes.insert(bytes.end(), image.pixels.begin(), image.pixels.end());
+    return bytes;
+}
+
+}  // namespace
+
+std::optional<PictureFormat> parsePictureFormat(std::string_view name) {
+    for (const auto& [word, format] : formatNames) {
+        if (sameIgnoringCase(name, word)) {
+            return format;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<PictureFormat> pictureFormatOfName(std::string_view fileName) {
+    const std::string name = lowered(fileName);
+    for (const auto& [end, format] : fileEnds) {
+        if (name.ends_with(end)) {
+            return format;
+        }
+    }
+    return std::nullopt;
+}
+
+std::vector<std::uint8_t> encodePicture(PictureFormat format, const FrameLayout& layout,
+                                        std::span<const std::uint8_t> frame,
+                                        std::optional<BayerOrder> demosaic, const PngTexts& texts) {
+    if (format == PictureFormat::Raw) {
+        const auto bytes = frame.first(std::min(frame.size(), frameBytes(layout)));
+        return {bytes.begin(), bytes.end()};
+    }
+    const Image image = makeImage(layout, frame, demosaic);
+    if (format == PictureFormat::Pnm) {
+        return encodePnm(image);
+    }
+    std::vector<std::uint8_t> png = encodePng(image);
+    insertPngTexts(png, texts);
+    return png;
+}
+
+void writeFile(const std::string& name, std::span<const std::uint8_t> bytes) {
+    std::ofstream file(pathOf(name), std::ios::binary | std::ios::trunc);
+    file.write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    if (!file) {
+        throw Failure{ExitCode::Refused, "file", "can not write \"" + name + "\"", {}, {}};
+    }
+}
+
+std::string readTextFile(const std::string& name) {
+    std::ifstream file(pathOf(name), std::ios::binary);
+    if (!file) {
+        throw Failure{ExitCode::Usage, "file", "can not read \"" + name + "\"", {}, {}};
+    }
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+}  // namespace camhost

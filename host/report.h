@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+// Everything that camhost says: results on one stream, messages and progress on
+// another, or one JSON object instead of the results. Portable.
+#pragma once
+
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+#include "host/data_value.h"
+#include "host/failure.h"
+
+namespace camhost {
+
+class CReport {
+public:
+    CReport(std::ostream& results, std::ostream& messages) : m_out(results), m_err(messages) {}
+
+    void setJson(bool on) { m_json = on; }
+    bool json() const { return m_json; }
+    // -1 quiet, 0 normal, 1 and more for details.
+    void setVerbosity(int level) { m_verbosity = level; }
+    int verbosity() const { return m_verbosity; }
+    void setTerminal(bool on) { m_terminal = on; }
+    bool terminal() const { return m_terminal; }
+
+    void line(std::string_view text);     // a result; not with JSON
+    void message(std::string_view text);  // not when quiet
+    void detail(std::string_view text);   // only when verbose
+    void warning(std::string_view text);  // always, and in the JSON
+    void failure(const Failure& failure);
+    // Redrawn in place on a terminal, else a line of its own.
+    void progress(std::string_view text);
+
+    void setCommand(std::string_view name) { m_command = name; }
+    void setCamera(CData camera) { m_camera = std::move(camera); }
+    void setResult(CData result) { m_result = std::move(result); }
+    void setExtra(std::string_view key, CData value) { m_extra.set(key, std::move(value)); }
+
+    // Writes the JSON object, if that is wanted, and empties the buffers.
+    void finish(ExitCode exit);
+
+private:
+    void endProgress();
+    CData document(ExitCode exit) const;
+
+    std::ostream& m_out;
+    std::ostream& m_err;
+    bool m_json = false;
+    bool m_terminal = false;
+    int m_verbosity = 0;
+    std::size_t m_progressWidth = 0;
+    std::string m_command;
+    std::optional<CData> m_camera;
+    std::optional<CData> m_result;
+    std::optional<CData> m_error;
+    CData m_warnings = CData::array();
+    CData m_extra = CData::object();
+};
+
+}  // namespace camhost

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// What camhost needs of the machine, so that everything above it runs in tests
+// on any system: loading an adapter, time, Ctrl-C, the terminal, dialogs.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "adapter/video_channel_record.h"
+
+namespace camhost {
+
+struct Dialog {
+    std::string caption;
+    std::string text;
+};
+
+class CSystem {
+public:
+    CSystem() = default;
+    CSystem(const CSystem&) = delete;
+    CSystem& operator=(const CSystem&) = delete;
+    virtual ~CSystem() = default;
+
+    // Seen by every library that is loaded later.
+    virtual void setVariable(const std::string& name, const std::string& value) = 0;
+
+    // Empty for the adapter beside the program. Throws a Failure.
+    virtual GetVideoChannelEntry loadAdapter(const std::string& file) = 0;
+    virtual std::string adapterFile() const = 0;
+    // Whether the file that the adapter needs at its first call lies beside it.
+    virtual bool captureLibraryPresent() const = 0;
+
+    // From now on, windows that ask the user something are read and closed.
+    virtual void guardDialogs(bool on) = 0;
+    virtual std::vector<Dialog> dialogsClosed() = 0;
+
+    virtual double seconds() = 0;  // counts up from anywhere
+    // Returns early when interrupted.
+    virtual void sleep(std::uint32_t milliseconds) = 0;
+    virtual bool interrupted() = 0;
+    virtual bool messagesOnTerminal() = 0;
+    virtual std::string utcDate() = 0;  // "2024-05-06T07:08:09Z"
+};
+
+}  // namespace camhost

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// Small operations on text: lowering, trimming, splitting, numbers as text and
+// near names. Used all over camhost. Portable.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace camhost {
+
+// ASCII only, whatever the locale.
+std::string lowered(std::string_view text);
+bool sameIgnoringCase(std::string_view a, std::string_view b);
+
+// As the adapter reads a key: lowered, without the blanks at its end.
+std::string normalisedKey(std::string_view key);
+
+// The parts between the separators; none for the empty text.
+std::vector<std::string> split(std::string_view text, char separator);
+std::string join(const std::vector<std::string>& parts, std::string_view separator);
+
+// Always with a decimal point.
+std::string fixedText(double value, int decimals);
+
+std::string padded(std::string_view text, std::size_t width);
+
+// UTF-8 code points, for aligning columns.
+std::size_t displayWidth(std::string_view text);
+
+// Control characters as blanks, so that foreign text can't drive a terminal.
+std::string printable(std::string_view text);
+
+// Insertions, deletions, changes and swaps of neighbours that turn a into b.
+std::size_t editDistance(std::string_view a, std::string_view b);
+
+// At most three names that are likely meant, the nearest first.
+std::vector<std::string> nearNames(std::string_view asked, const std::vector<std::string>& names);
+
+// ` "a", "b" or "c"` style; empty for none.
+std::string quotedList(const std::vector<std::string>& names);
+
+// Case-blind: with * and ? the whole text must match, else a part is enough.
+bool matchesPattern(std::string_view text, std::string_view pattern);
+
+}  // namespace camhost
