@@ -1,2 +1,55 @@
 # SPDX-License-Identifier: MIT
-# Checks of the sources and of what was built, as tests.
+# Checks of what was built and of the sources, as tests.
+
+function(velmora_add_check name)
+    add_test(NAME ${VELMORA_BUILD_NAME}/${name} COMMAND ${ARGN})
+    set_tests_properties(${VELMORA_BUILD_NAME}/${name} PROPERTIES LABELS "${VELMORA_BUILD_NAME};check"
+                                                                  TIMEOUT 300)
+endfunction()
+
+# No test source is left out of the programs.
+get_property(test_sources GLOBAL PROPERTY VELMORA_TEST_SOURCES)
+get_property(folders_elsewhere GLOBAL PROPERTY VELMORA_TEST_FOLDERS_ELSEWHERE)
+list(JOIN test_sources "\n" test_source_lines)
+file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/test_sources.txt "${test_source_lines}\n")
+velmora_add_check(
+    Sources.EveryTestIsPartOfAProgram
+    ${CMAKE_COMMAND} -D ROOT=${PROJECT_SOURCE_DIR} -D BUILT=${CMAKE_CURRENT_BINARY_DIR}/test_sources.txt
+    -D "ELSEWHERE=${folders_elsewhere}" -P ${PROJECT_SOURCE_DIR}/cmake/check_test_sources.cmake)
+
+# The adapter's file: what it exports and imports, and how it may be loaded.
+if(TARGET velmora_adapter AND NOT MSVC)
+    set(golden ${PROJECT_SOURCE_DIR}/tests/golden)
+    set(check_binary
+        ${CMAKE_COMMAND} -D OBJDUMP=${CMAKE_OBJDUMP} -D BINARY=$<TARGET_FILE:velmora_adapter> -D
+        EXPORTS=${golden}/adapter_exports.txt -D IMPORTS=${golden}/adapter_imports.txt)
+    foreach(
+        claim IN
+        ITEMS ExportsAreTheApprovedOnes ImportsAreTheApprovedOnes DoesNotImportTheCaptureLibrary
+              IsHardened CarriesItsVersion)
+        velmora_add_check(AdapterFile.${claim} ${check_binary} -D CLAIM=${claim} -P
+                          ${PROJECT_SOURCE_DIR}/cmake/check_binary.cmake)
+    endforeach()
+endif()
+
+# What must not compile, does not; and each case compiles without its bad line.
+if(NOT WIN32)
+    file(GLOB cases CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/compile_fail/*.cpp)
+    foreach(case IN LISTS cases)
+        cmake_path(GET case STEM name)
+        velmora_add_check(
+            CompileFail.${name} ${CMAKE_COMMAND} -D COMPILER=${CMAKE_CXX_COMPILER} -D
+            ROOT=${PROJECT_SOURCE_DIR} -D SOURCE=${case} -P
+            ${PROJECT_SOURCE_DIR}/cmake/check_compile_fail.cmake)
+    endforeach()
+endif()
+
+if(VELMORA_CHECKS)
+    set(scripts ${PROJECT_SOURCE_DIR}/scripts)
+    velmora_add_check(Sources.AreFormatted ${scripts}/check_format.sh)
+    velmora_add_check(Sources.IncludeOnlyWhatTheLayoutAllows ${scripts}/check_includes.sh)
+    velmora_add_check(Sources.IncludeCheckFindsBadEdges ${scripts}/check_includes_test.sh)
+    velmora_add_check(Sources.PassClangTidy ${scripts}/check_tidy.sh ${PROJECT_BINARY_DIR})
+    set_tests_properties(${VELMORA_BUILD_NAME}/Sources.PassClangTidy PROPERTIES TIMEOUT 1500
+                                                                               PROCESSORS 2)
+endif()

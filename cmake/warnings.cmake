@@ -25,6 +25,10 @@ function(target_use_warnings target)
                 $<$<COMPILE_LANGUAGE:CXX>:-Wextra-semi>
                 $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast>
                 $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+        # GCC 12 sees overlaps of 2^63 bytes in the addition of two std::strings.
+        target_compile_options(${target} PRIVATE -Wno-restrict)
+    endif()
     if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
         target_compile_options(${target} PRIVATE -Wthread-safety)
     endif()

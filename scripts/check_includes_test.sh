@@ -1,0 +1,50 @@
+#!/bin/bash
+# SPDX-License-Identifier: MIT
+# The include check on small trees: each bad edge fails it, each good one passes.
+set -euo pipefail
+check=$(cd "$(dirname "$0")" && pwd)/check_includes.sh
+tree=$(mktemp -d)
+trap 'rm -rf "$tree"' EXIT
+failures=0
+
+# expect pass|fail FILE INCLUDE-LINE
+expect() {
+    rm -rf "${tree:?}"/*
+    mkdir -p "$tree/$(dirname "$2")"
+    echo "$3" >"$tree/$2"
+    local found=pass
+    "$check" "$tree" >/dev/null 2>&1 || found=fail
+    if [ "$found" != "$1" ]; then
+        echo "$2 with '$3': expected $1, found $found" >&2
+        failures=$((failures + 1))
+    fi
+}
+
+expect pass acquisition/listener.h '#include "capture/grabber.h"'
+expect pass properties/features.h '#include "adapter/host_blocks.h"'
+expect pass properties/property_table.cpp '#include "adapter/video_channel.h"'
+expect pass host/main.cpp '#include "adapter/video_channel_record.h"'
+expect pass platform/windows.h '#include <windows.h>'
+expect fail platform/text.h '#include "capture/grabber.h"'
+expect fail capture/grabber.h '#include "properties/property.h"'
+expect fail properties/property.h '#include "acquisition/listener.h"'
+expect fail acquisition/listener.h '#include "properties/property.h"'
+expect fail properties/features.cpp '#include "adapter/video_channel.h"'
+expect fail properties/property_table.cpp '#include "adapter/channel_registry.h"'
+expect fail virtual_cameras/rig.cpp '#include "adapter/host_blocks.h"'
+expect fail host/main.cpp '#include "platform/text.h"'
+expect fail host/main.cpp '#include "adapter/log_trace.h"'
+expect fail adapter/video_channel.cpp '#include "tests/win32/win32_log.h"'
+expect fail adapter/video_channel.cpp '#include "video_channel.h"'
+expect fail adapter/video_channel.cpp '#include <windows.h>'
+expect fail bench/notes.txt ''
+
+rm -rf "${tree:?}"/*
+mkdir "$tree/adapter"
+echo '' >"$tree/adapter/entry_points.h"
+printf '#include <vector>\n#include "adapter/entry_points.h"\n' >"$tree/adapter/entry_points.cpp"
+if "$check" "$tree" >/dev/null 2>&1; then
+    echo "a source that begins with another header passed" >&2
+    failures=$((failures + 1))
+fi
+[ "$failures" -eq 0 ]
