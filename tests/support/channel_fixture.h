@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -97,8 +98,7 @@ protected:
         const DShowLib::Grabber grabber;
         const auto devices = grabber.getAvailableVideoCaptureDevices_();
         if (!devices || position >= devices->size()) {
-            ADD_FAILURE() << "the rig has no camera " << position;
-            std::abort();
+            throw std::logic_error("the rig has no camera at this position");
         }
         return (*devices)[position];
     }

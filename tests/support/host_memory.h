@@ -86,7 +86,9 @@ class CHostStatus {
 public:
     static constexpr std::uint32_t unwritten = 0xA5A5A5A5;
 
-    operator std::uint32_t*() noexcept { return reinterpret_cast<std::uint32_t*>(m_memory.data()); }
+    operator std::uint32_t*() noexcept {
+        return static_cast<std::uint32_t*>(static_cast<void*>(m_memory.data()));
+    }
     std::uint32_t value() const noexcept {
         std::uint32_t word = 0;
         std::memcpy(&word, m_memory.data(), sizeof(word));
