@@ -12,6 +12,9 @@
 
 namespace {
 
+// NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables): the process-wide
+// state that the adapter has, all of it.
+
 // The adapter's folder with its last backslash; the adapter's own path has at
 // most 260 characters.
 std::array<wchar_t, 270> moduleFolder{};
@@ -23,7 +26,7 @@ constexpr const wchar_t* libraryFile = L"ORV_CAPLB11_x64.dll";
 // OLE needs the loading thread in a single-threaded apartment; whatever the host
 // had started there is stopped first.
 struct LoadingThreadCom {
-    LoadingThreadCom() {
+    LoadingThreadCom() noexcept {
         ::CoUninitialize();
         ::OleInitialize(nullptr);
     }
@@ -33,10 +36,12 @@ struct LoadingThreadCom {
 const LoadingThreadCom loadingThreadCom;
 ChannelRegistry registry;
 
+// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
+
 bool isLibraryPresent() {
     const std::wstring pattern = std::wstring(moduleFolder.data()) + libraryPattern;
     WIN32_FIND_DATAW found{};
-    const HANDLE search = ::FindFirstFileW(pattern.c_str(), &found);
+    HANDLE search = ::FindFirstFileW(pattern.c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) {
         return false;
     }

@@ -5,6 +5,8 @@
 #ifndef ADAPTER_HOST_BLOCKS_H
 #define ADAPTER_HOST_BLOCKS_H
 
+/* NOLINTBEGIN(modernize-*): this is C. */
+
 #include <stddef.h>
 #include <stdint.h>
 
@@ -95,5 +97,7 @@ static_assert(sizeof(ImageInfo) == 44, "host layout");
 #ifdef __cplusplus
 }
 #endif
+
+/* NOLINTEND(modernize-*) */
 
 #endif

@@ -22,6 +22,7 @@ constexpr ULONG allEvents = 0xFFFFFFFF;
 
 }  // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the channel has a copy of its own.
 CVideoChannel::CVideoChannel(DShowLib::VideoCaptureDeviceItem item) {
     writeText(m_deviceName.data(), m_deviceName.size() - 2, item.c_str());
     openDevice(item);

@@ -12,6 +12,8 @@
 #ifndef ADAPTER_VIDEO_CHANNEL_RECORD_H
 #define ADAPTER_VIDEO_CHANNEL_RECORD_H
 
+/* NOLINTBEGIN(modernize-*): this is C. */
+
 #include <stddef.h>
 #include <stdint.h>
 
@@ -121,5 +123,7 @@ int32_t GetVideoChannel(void* ignored, int32_t index, VideoChannelRecord* record
 #ifdef __cplusplus
 }
 #endif
+
+/* NOLINTEND(modernize-*) */
 
 #endif

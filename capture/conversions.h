@@ -13,7 +13,7 @@
 #include "platform/windows.h"
 
 inline std::wstring toStandard(const DShowLib::dstringw& text) {
-    return std::wstring(text.c_str(), text.size());
+    return {text.c_str(), text.size()};
 }
 
 inline std::string toNarrow(const DShowLib::dstringw& text) {

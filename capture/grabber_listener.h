@@ -14,6 +14,7 @@ class Grabber;
 // virtual members is part of the library's border.
 class GrabberListener {
 public:
+    // NOLINTBEGIN(performance-unnecessary-value-param): handles cross by value here.
     GrabberListener() = default;
     GrabberListener(const GrabberListener&) = default;
     GrabberListener& operator=(const GrabberListener&) = default;
@@ -27,6 +28,7 @@ public:
     virtual void frameDropped(Grabber&, smart_ptr<MemBuffer>, ULONG /*frameNumber*/) {}
     // The device is gone.
     virtual void deviceLost(Grabber&) {}
+    // NOLINTEND(performance-unnecessary-value-param)
 };
 
 }  // namespace DShowLib

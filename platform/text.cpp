@@ -20,11 +20,11 @@ std::string toNarrow(std::wstring_view wide) {
 }
 
 std::wstring toWide(std::string_view narrow) {
-    const int narrowSize = static_cast<int>(narrow.size());
-    const int size = ::MultiByteToWideChar(CP_UTF8, 0, narrow.data(), narrowSize, nullptr, 0);
-    std::wstring wide(static_cast<std::size_t>(std::max(size, 0)), L'\0');
+    const int bytes = static_cast<int>(narrow.size());
+    const int wideSize = ::MultiByteToWideChar(CP_UTF8, 0, narrow.data(), bytes, nullptr, 0);
+    std::wstring wide(static_cast<std::size_t>(std::max(wideSize, 0)), L'\0');
     if (!wide.empty()) {
-        ::MultiByteToWideChar(CP_UTF8, 0, narrow.data(), narrowSize, wide.data(), size);
+        ::MultiByteToWideChar(CP_UTF8, 0, narrow.data(), bytes, wide.data(), wideSize);
     }
     return wide;
 }
@@ -45,12 +45,12 @@ std::string hexadecimalText(std::int64_t number) {
 }
 
 CTextPiece::CTextPiece(std::int32_t number) noexcept {
-    const auto end = std::to_chars(m_number, m_number + longestNumber, number).ptr;
+    const char* end = std::to_chars(m_number, m_number + longestNumber, number).ptr;
     m_text = std::string_view(m_number, static_cast<std::size_t>(end - m_number));
 }
 
 CTextPiece::CTextPiece(double number) noexcept {
-    const auto end =
+    const char* end =
         std::to_chars(m_number, m_number + longestNumber, number, std::chars_format::fixed, 6).ptr;
     m_text = std::string_view(m_number, static_cast<std::size_t>(end - m_number));
 }

@@ -10,6 +10,7 @@
 // Everything that was ever stored. It is never destroyed, so at the end of the
 // process nothing calls into a capture library that may be gone by then.
 inline std::vector<const void*>& processStore() {
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): the one store.
     static auto& objects = *new std::vector<const void*>;
     return objects;
 }
