@@ -87,8 +87,12 @@ void CVideoChannel::buildPropertyTable() {
 void CVideoChannel::addVCDInterfaces(DShowLib::IVCDPropertyItem& item,
                                      DShowLib::IVCDPropertyElement& element) {
     for (const auto& each : membersOf<DShowLib::IVCDPropertyInterface>(element)) {
-        const std::string base = baseKey(nameOf(item), nameOf(element));
-        addVCDInterface(identifierOf(*each.get()), base, identifierOf(item), identifierOf(element));
+        const std::string itemName = nameOf(item);
+        const std::string elementName = nameOf(element);
+        const GUID interfaceId = identifierOf(*each.get());
+        const GUID itemId = identifierOf(item);
+        const GUID elementId = identifierOf(element);
+        addVCDInterface(interfaceId, baseKey(itemName, elementName), itemId, elementId);
         ::OutputDebugStringW(L"\n");
     }
 }
