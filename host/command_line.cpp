@@ -4,9 +4,22 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "host/text_tools.h"
+#include "host/value_guards.h"
+
 namespace camhost {
 
 namespace {
+
+// Without the list that the library would add to the help a second time.
+CLI::Validator oneOf(const std::vector<std::string>& words) {
+    return CLI::IsMember(words).description("");
+}
+
+std::string aboveZero(const std::string& text) {
+    const auto value = wholeNumber(text);
+    return value && *value > 0.0 ? std::string() : "takes a number above 0, not " + text;
+}
 
 void addGlobalOptions(CLI::App& app, Options& options) {
     app.add_option("--adapter", options.adapter, "the adapter to load")->type_name("DLL");
@@ -14,7 +27,7 @@ void addGlobalOptions(CLI::App& app, Options& options) {
         ->type_name("CAMERA");
     app.add_option("--rig", options.rig, "which virtual cameras there are")->type_name("NAME|FILE");
     app.add_option("--clock", options.clock, "how virtual cameras deliver frames")
-        ->check(CLI::IsMember({"real", "fast"}))
+        ->check(oneOf({"real", "fast"}))
         ->type_name("real|fast");
     app.add_flag("--json", options.json, "one JSON object instead of text");
     app.add_flag("-q,--quiet", options.quiet, "no messages but warnings and errors");
@@ -112,24 +125,24 @@ void addGrab(CLI::App& app, GrabOptions& grab) {
                                    "  camhost -c 77C01 grab -n 100 -o shot_%04d.png --on-loss 10\n"
                                    "  camhost -c 77C01 grab --pixelformat rgb24 -o colours.png");
     command->add_option("-n,--frames", grab.frames, "how many (1)")
-        ->check(CLI::Range(1.0, 1e12))
+        ->check(aboveZero)
         ->type_name("N");
     command->add_option("-o,--output", grab.output, "file name, numbered by %04d")
         ->type_name("PATTERN");
     command->add_option("--format", grab.format, "of the files (by their name, else png)")
-        ->check(CLI::IsMember({"png", "raw", "pnm", "none"}))
+        ->check(oneOf({"png", "raw", "pnm", "none"}))
         ->type_name("png|raw|pnm|none");
     command->add_option("--pixelformat", grab.pixelFormat, "set before the first frame")
         ->type_name("mono8|raw8|rgb24");
     command->add_option("--bayer", grab.bayer, "mosaic of raw frames (auto)")
-        ->check(CLI::IsMember({"auto", "rggb", "grbg", "gbrg", "bggr"}))
+        ->check(oneOf({"auto", "rggb", "grbg", "gbrg", "bggr"}))
         ->type_name("auto|rggb|grbg|gbrg|bggr");
     command->add_option("--demosaic", grab.demosaic, "make colours of raw frames (none)")
-        ->check(CLI::IsMember({"none", "fast"}))
+        ->check(oneOf({"none", "fast"}))
         ->type_name("none|fast");
     command->add_option("--skip", grab.skip, "frames to leave out first (0)")->type_name("K");
     command->add_option("--timeout", grab.timeout, "seconds without a frame that end it (5)")
-        ->check(CLI::Range(0.001, 1e9))
+        ->check(aboveZero)
         ->type_name("S");
     command->add_option("--on-loss", grab.onLoss, "when the camera goes away (10)")
         ->type_name("wait|fail|SECONDS");
@@ -137,6 +150,26 @@ void addGrab(CLI::App& app, GrabOptions& grab) {
 
 bool asksForJson(const std::vector<std::string>& arguments) {
     return std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
+}
+
+// The library only says that a command is missing.
+void nameUnknownCommand(const CLI::App& app, CommandLine& line) {
+    const std::vector<std::string> rest = app.remaining();
+    if (!app.get_subcommands().empty() || rest.empty()) {
+        return;
+    }
+    if (rest.front().starts_with('-')) {
+        line.text = "there is no option \"" + rest.front() + "\"";
+        return;
+    }
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands(nullptr)) {
+        names.push_back(command->get_name());
+    }
+    line.text = "there is no command \"" + rest.front() + "\"";
+    if (const auto near = nearNames(rest.front(), names); !near.empty()) {
+        line.text += "; did you mean " + quotedList(near) + "?";
+    }
 }
 
 void parse(CLI::App& app, const std::vector<std::string>& arguments, CommandLine& line) {
@@ -150,6 +183,7 @@ void parse(CLI::App& app, const std::vector<std::string>& arguments, CommandLine
         line.outcome = CommandLineOutcome::Error;
         line.text = error.what();
         line.options.json = asksForJson(arguments);
+        nameUnknownCommand(app, line);
     }
     for (const CLI::App* command : app.get_subcommands()) {
         line.options.command = command->get_name();
