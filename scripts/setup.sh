@@ -1,0 +1,42 @@
+#!/bin/bash
+# SPDX-License-Identifier: MIT
+# Usage: setup.sh demo|test
+# Installs the Debian 12 packages that the demo or the tests need and that are not
+# there yet. As root, or through sudo.
+set -euo pipefail
+
+demo_packages=(
+    cmake g++ g++-mingw-w64-x86-64-posix ninja-build
+    libcli11-dev libstb-dev libtomlplusplus-dev nlohmann-json3-dev
+    wine wine64 xvfb
+)
+test_packages=(
+    "${demo_packages[@]}"
+    clang-14 clang-format-14 clang-tidy-14 googletest libclang-rt-14-dev
+)
+
+case ${1:-} in
+demo) wanted=("${demo_packages[@]}") ;;
+test) wanted=("${test_packages[@]}") ;;
+*)
+    echo "usage: setup.sh demo|test" >&2
+    exit 2
+    ;;
+esac
+
+missing=()
+for package in "${wanted[@]}"; do
+    status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+    [ "$status" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    as_root=(sudo)
+fi
+echo "Installing: ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get update -q
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -q -y --no-install-recommends "${missing[@]}" </dev/null
