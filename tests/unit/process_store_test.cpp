@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+// Objects that live to the end of the process.
+#include "properties/process_store.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+struct Named {
+    Named(std::string text, std::unique_ptr<int> owned)
+        : name(std::move(text)), number(std::move(owned)) {}
+    std::string name;
+    std::unique_ptr<int> number;
+};
+
+TEST(ProcessStore, ObjectIsMadeFromTheArgumentsAndKept) {
+    const std::size_t before = processStore().size();
+    const Named* object = makeForProcess<Named>("gain value range", std::make_unique<int>(7));
+    EXPECT_EQ("gain value range", object->name);
+    EXPECT_EQ(7, *object->number);
+    ASSERT_EQ(before + 1, processStore().size());
+    EXPECT_EQ(object, processStore().back());
+}
+
+TEST(ProcessStore, ObjectsKeepTheirPlaceWhileTheStoreGrows) {
+    const Named* first = makeForProcess<Named>("first", nullptr);
+    const std::size_t place = processStore().size() - 1;
+    for (int i = 0; i < 500; ++i) {
+        makeForProcess<Named>("another", nullptr);
+    }
+    EXPECT_EQ(first, processStore()[place]);
+    EXPECT_EQ("first", first->name);
+}
+
+struct Refused {
+    Refused() { throw std::runtime_error("refused"); }
+};
+
+TEST(ProcessStore, ObjectThatIsNotMadeLeavesTheStoreAlone) {
+    const std::size_t before = processStore().size();
+    EXPECT_THROW(makeForProcess<Refused>(), std::runtime_error);
+    EXPECT_EQ(before, processStore().size());
+}
+
+#if GTEST_HAS_DEATH_TEST
+struct EndsTheProcess {
+    ~EndsTheProcess() { std::_Exit(3); }
+};
+
+TEST(ProcessStoreDeathTest, NothingIsDestroyedWhenTheProcessEnds) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_EXIT(
+        {
+            makeForProcess<EndsTheProcess>();
+            std::exit(5);
+        },
+        testing::ExitedWithCode(5), "");
+}
+#endif
+
+}  // namespace
