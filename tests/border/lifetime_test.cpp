@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+// Long lives and sudden ends: many starts, closing while live, unloading.
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "tests/border/support/border_test.h"
+#include "tests/border/support/message_boxes.h"
+
+namespace {
+
+auto fieldsOf(const VirtualCamerasAlive& alive) {
+    return std::tie(alive.grabbers, alive.openDevices, alive.liveDevices, alive.listeners,
+                    alive.sinks, alive.buffers, alive.items, alive.interfaces);
+}
+
+class Lifetime : public CBorderTest {};
+
+TEST_F(Lifetime, TwoHundredStartsLeaveEverythingBalanced) {
+    const CHostChannel camera = channel(0);
+    control().setClock(VIRTUAL_CAMERAS_CLOCK_FAST);
+    CGuardedBytes memory(96 * 64);
+    const VirtualCamerasAlive before = control().alive();
+    for (int i = 0; i < 200; ++i) {
+        ASSERT_EQ(camera.start(), succeeded()) << "start " << i;
+        ASSERT_TRUE(camera.waitForFrame()) << "start " << i;
+        // Every other frame is left to the stop.
+        if (i % 2 == 0) {
+            ASSERT_EQ(camera.copy(memory.data()), done()) << "start " << i;
+        }
+        ASSERT_EQ(camera.stop(), succeeded()) << "start " << i;
+    }
+    EXPECT_EQ(fieldsOf(control().alive()), fieldsOf(before));
+    for (std::uint32_t i = 0; i < 5; ++i) {
+        EXPECT_EQ(control().bufferLocks(greySerial, i), 0) << "buffer " << i;
+    }
+    EXPECT_EQ(control().misuses(), 0U) << control().lastMisuse();
+}
+
+TEST_F(Lifetime, ClosingALiveCameraStopsItFirst) {
+    control().setClock(VIRTUAL_CAMERAS_CLOCK_FAST);
+    const CHostChannel camera = channel(0);
+    const CHostChannel other = channel(1);
+    ASSERT_EQ(camera.start(), succeeded());
+    ASSERT_EQ(other.start(), succeeded());
+    ASSERT_TRUE(camera.waitForFrame());
+    control().recordCalls(1);
+    EXPECT_EQ(camera.close(), succeeded());
+    EXPECT_EQ(control().countOf("Grabber::stopLive"), 1U);
+    EXPECT_EQ(control().alive().liveDevices, 1U);
+    // The other goes on.
+    EXPECT_TRUE(other.waitForFrame());
+    EXPECT_EQ(other.close(), succeeded());
+    EXPECT_EQ(control().alive().liveDevices, 0U);
+}
+
+TEST_F(Lifetime, TheAdapterCanBeUnloadedAndLoadedAgain) {
+    const CHostChannel camera = channel(0);
+    EXPECT_EQ(camera.start(), succeeded());
+    closeAll();
+    m_adapter->unload();
+    EXPECT_EQ(::GetModuleHandleW(L"velmora_adapter.dll"), nullptr);
+
+    m_adapter = std::make_unique<CAdapterDll>(folder().adapterFile());
+    ASSERT_TRUE(adapter().isLoaded());
+    // A new life: the cameras are listed again.
+    const CHostChannel again = channel(0);
+    EXPECT_STREQ(again.record().serialText, "1A2B");
+    EXPECT_EQ(again.start(), succeeded());
+    EXPECT_EQ(control().deliverFrame(greySerial), 1);
+    EXPECT_EQ(again.stop(), succeeded());
+    EXPECT_EQ(control().misuses(), 0U) << control().lastMisuse();
+}
+
+TEST_F(Lifetime, UnloadingClosesNoCamera) {
+    channel(0);
+    const VirtualCamerasAlive before = control().alive();
+    ASSERT_EQ(before.grabbers, 4U);
+    control().recordCalls(1);
+    m_adapter->unload();
+    EXPECT_EQ(::GetModuleHandleW(L"velmora_adapter.dll"), nullptr);
+    EXPECT_EQ(control().operations(), std::vector<std::string>{});
+    EXPECT_EQ(fieldsOf(control().alive()), fieldsOf(before));
+}
+
+TEST_F(Lifetime, TwoAdaptersInOneProcessAreApart) {
+    const CRunFolder second;
+    second.addAdapter();
+    CMessageBoxes boxes;
+    CAdapterDll other(second.adapterFile());
+    ASSERT_TRUE(other.isLoaded());
+    channel(0);
+    VideoChannelRecord record{};
+    // Nothing lies beside the second one.
+    EXPECT_EQ(other.getVideoChannel(0, &record), 1);
+    EXPECT_EQ(boxes.take().size(), 1U);
+    EXPECT_EQ(adapter().getVideoChannel(0, &record), 0);
+}
+
+}  // namespace
