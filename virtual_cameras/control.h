@@ -28,8 +28,10 @@ extern "C" {
  * holds stay valid but belong to no camera any more. */
 VIRTUAL_CAMERAS_API void virtualCamerasReset(void);
 
-/* Replaces the rig. `name` is a built-in rig ("standard", "empty",
- * "failing-open", "throwing", ...); `toml` is a rig description (docs/rig.md).
+/* Replaces the rig. `name` is a built-in rig: "standard", "empty", "failing-open",
+ * "throwing", "odd", "no-properties" or "bare"; with a scene for all its cameras
+ * behind a colon ("standard:counter" identifies every pixel, scene_code.h).
+ * `toml` is a rig description (docs/rig.md).
  * 0 on success; else 1, the rig unchanged, and a terminated message (with line and column). */
 VIRTUAL_CAMERAS_API int32_t virtualCamerasChooseRig(const char* name, char* message,
                                                     uint32_t messageSize);

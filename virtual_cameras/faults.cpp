@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "virtual_cameras/faults.h"
+
+namespace virtual_cameras {
+
+void CFaults::add(std::string_view operation, std::uint32_t nth, std::uint32_t count, Fault fault,
+                  std::string_view text) {
+    fault.text = keep(text);
+    const CMonitorGuard guard(m_monitor);
+    m_rules.push_back({std::string(operation), nth == 0 ? 1U : nth, count, 0, fault});
+    m_any.store(true, std::memory_order_relaxed);
+}
+
+void CFaults::clear() {
+    const CMonitorGuard guard(m_monitor);
+    m_rules.clear();
+    m_any.store(false, std::memory_order_relaxed);
+}
+
+char* CFaults::keep(std::string_view text) {
+    const CMonitorGuard guard(m_monitor);
+    // The catcher gets a char*, as the library's users expect, but never writes to it.
+    return const_cast<char*>(m_texts.emplace(text).first->c_str());
+}
+
+std::optional<Fault> CFaults::nextOf(std::string_view operation) {
+    const CMonitorGuard guard(m_monitor);
+    std::optional<Fault> result;
+    for (Rule& rule : m_rules) {
+        if (rule.operation != operation) {
+            continue;
+        }
+        ++rule.seen;
+        const bool hit =
+            rule.seen >= rule.first && (rule.count == 0 || rule.seen < rule.first + rule.count);
+        if (hit && !result) {
+            result = rule.fault;
+        }
+    }
+    return result;
+}
+
+CFaults& faults() {
+    // Never destroyed: threads may still call while the process ends.
+    static CFaults& instance = *new CFaults;
+    return instance;
+}
+
+}  // namespace virtual_cameras
