@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "host/adapter_call.h"
 
-#include <cstdio>
-
 namespace camhost {
 
 std::string resultCodeText(std::uint32_t code) {
-    char buffer[16];
-    std::snprintf(buffer, sizeof buffer, "0x%08X", static_cast<unsigned>(code));
-    return buffer;
+    std::string text = "0x";
+    for (unsigned shift = 32; shift > 0; shift -= 4) {
+        text += "0123456789ABCDEF"[(code >> (shift - 4)) & 0xFU];
+    }
+    return text;
 }
 
 void failOnCode(const char* entry, std::uint32_t code) {

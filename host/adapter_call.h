@@ -27,8 +27,6 @@ std::int32_t callAdapter(const char* entry, Call call) {
         failOnCode(entry, static_cast<std::uint32_t>(code));
     } catch (const std::exception& error) {
         failOnText(entry, error.what());
-    } catch (char* text) {
-        failOnText(entry, text);
     } catch (const char* text) {
         failOnText(entry, text);
     }

@@ -33,10 +33,8 @@ std::optional<BayerOrder> parseBayer(std::string_view name) {
 }
 
 BayerOrder assumedBayer(std::string_view videoFormat, std::int32_t height) {
-    if (videoFormat.starts_with("Y800")) {
-        return BayerOrder::Bggr;
-    }
-    return height % 2 == 0 ? BayerOrder::Grbg : BayerOrder::Bggr;
+    const bool made = !videoFormat.starts_with("Y800");
+    return made && height % 2 != 0 ? BayerOrder::Bggr : BayerOrder::Grbg;
 }
 
 std::vector<std::uint8_t> demosaicFast(std::span<const std::uint8_t> mosaic, std::size_t width,

@@ -18,9 +18,9 @@ std::string_view bayerName(BayerOrder order);  // "RGGB"
 std::optional<BayerOrder> parseBayer(std::string_view name);
 
 // The order of a raw frame as the adapter delivers it, judged by the current
-// video format: a Y800 mosaic is taken to start as RGGB in the camera and comes
-// moved by one row and one column; anything else comes as a mosaic that the
-// adapter has made from colours, whose phase depends on the height.
+// video format: a Y800 mosaic is taken to begin with GRBG once the adapter has
+// moved it; anything else comes as a mosaic that the adapter has made from
+// colours, whose phase depends on the height.
 BayerOrder assumedBayer(std::string_view videoFormat, std::int32_t height);
 
 // Red, green, blue, three bytes per pixel: every pixel takes its colours from

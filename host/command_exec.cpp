@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
-// camhost exec: does what a camera's button does, or shows its property page.
+// camhost exec: does what a camera's button does, or shows its property page, and
+// tells which settings changed by it.
+#include <utility>
+#include <vector>
+
 #include "host/commands.h"
 #include "host/settings.h"
 #include "host/text_tools.h"
@@ -10,6 +14,36 @@ namespace {
 
 // The property page is a dialog that was asked for.
 constexpr const char* propertyPage = "propertydialog";
+
+using Texts = std::vector<std::pair<std::string, std::string>>;
+
+// All that an action may change.
+Texts readTexts(CSettings& settings) {
+    Texts texts;
+    for (const std::string& key : settings.keys()) {
+        if (loadStage(key)) {
+            texts.emplace_back(key, settings.read(key).text);
+        }
+    }
+    return texts;
+}
+
+CData reportChanges(const Texts& before, const Texts& after, CReport& report) {
+    CData changes = CData::array();
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        if (before[i].second == after[i].second) {
+            continue;
+        }
+        report.line(before[i].first + ": " + printable(before[i].second) + " -> " +
+                    printable(after[i].second));
+        CData change;
+        change.set("key", before[i].first);
+        change.set("before", before[i].second);
+        change.set("after", after[i].second);
+        changes.add(std::move(change));
+    }
+    return changes;
+}
 
 void execute(CommandContext& context, CSettings& settings, const std::string& command) {
     const std::string name = normalisedKey(command);
@@ -36,9 +70,13 @@ ExitCode runExec(CommandContext& context) {
     CSettings settings(*context.camera);
     CData result = CData::array();
     for (const std::string& command : context.options.arguments) {
+        const Texts before = readTexts(settings);
         execute(context, settings, command);
         context.report.line(normalisedKey(command) + ": done");
-        result.add(normalisedKey(command));
+        CData done;
+        done.set("command", normalisedKey(command));
+        done.set("changes", reportChanges(before, readTexts(settings), context.report));
+        result.add(std::move(done));
     }
     context.report.setResult(std::move(result));
     return ExitCode::Done;

@@ -4,6 +4,7 @@
 #include "host/grab_run.h"
 #include "host/setting_changes.h"
 #include "host/text_tools.h"
+#include "host/value_guards.h"
 
 namespace camhost {
 
@@ -30,11 +31,16 @@ CData resultData(const CGrabRun& run) {
     return data;
 }
 
-// Why there may be no frames: a trigger that is waited for.
+// Why there may be no frames: a trigger that is waited for, or an exposure that
+// is longer than one wait of the adapter.
 std::string timeoutHint(CSettings& settings) {
-    constexpr const char* key = "trigger enable switch";
-    if (settings.hasKey(key) && settings.read(key).text == "true") {
+    constexpr const char* trigger = "trigger enable switch";
+    if (settings.hasKey(trigger) && settings.read(trigger).text == "true") {
         return "trigger enable is on: no trigger arrived?";
+    }
+    const std::string exposure = settings.read("exposure value abs").text;
+    if (wholeNumber(exposure).value_or(0.0) >= 1.0) {
+        return "the exposure is " + exposure + " s, and one wait lasts 1 s";
     }
     return {};
 }
@@ -68,15 +74,29 @@ ExitCode judge(GrabEnd end, const CGrabRun& run, const GrabPlan& plan, CSettings
     return exit;
 }
 
+// Changes are told as messages: the result of a grab is its closing line.
+void applySettings(CommandContext& context, CSettings& settings) {
+    const GrabOptions& grab = context.options.grab;
+    std::vector<Assignment> assignments;
+    if (!grab.pixelFormat.empty()) {
+        assignments.push_back({"pixelformat", grab.pixelFormat});
+    }
+    for (const std::string& text : grab.assignments) {
+        assignments.push_back(parseAssignment(text));
+    }
+    CSettingChanges changes(*context.camera, settings, context.report, context.hintPrefix());
+    changes.showAsMessages();
+    for (const Assignment& assignment : assignments) {
+        changes.apply(assignment, {context.options.manual, false, false});
+    }
+}
+
 }  // namespace
 
 ExitCode runGrab(CommandContext& context) {
     const GrabPlan plan = planGrab(context.options.grab);
     CSettings settings(*context.camera);
-    if (!context.options.grab.pixelFormat.empty()) {
-        CSettingChanges changes(*context.camera, settings, context.report, context.hintPrefix());
-        changes.apply({"pixelformat", context.options.grab.pixelFormat}, {});
-    }
+    applySettings(context, settings);
     CGrabRun run(*context.camera, plan, context.system, context.report);
     const GrabEnd end = run.run(settings.read("videoformat").text);
     context.report.setResult(resultData(run));

@@ -120,7 +120,8 @@ void addChangingCommands(CLI::App& app, Options& options) {
     load->add_flag("--strict", options.strict, "exit 6 when a read-back differs");
 }
 
-void addGrab(CLI::App& app, GrabOptions& grab) {
+void addGrab(CLI::App& app, Options& options) {
+    GrabOptions& grab = options.grab;
     CLI::App* command = addCommand(app, "grab", "save frames to files",
                                    "  camhost -c 77C01 grab -n 100 -o shot_%04d.png --on-loss 10\n"
                                    "  camhost -c 77C01 grab --pixelformat rgb24 -o colours.png");
@@ -134,6 +135,11 @@ void addGrab(CLI::App& app, GrabOptions& grab) {
         ->type_name("png|raw|pnm|none");
     command->add_option("--pixelformat", grab.pixelFormat, "set before the first frame")
         ->type_name("mono8|raw8|rgb24");
+    command->add_option("--set", grab.assignments, "a setting to make first (may be repeated)")
+        ->take_all()
+        ->expected(1)
+        ->type_name("KEY=VALUE");
+    command->add_flag("--manual", options.manual, "switch the automatics of these off first");
     command->add_option("--bayer", grab.bayer, "mosaic of raw frames (auto)")
         ->check(oneOf({"auto", "rggb", "grbg", "gbrg", "bggr"}))
         ->type_name("auto|rggb|grbg|gbrg|bggr");
@@ -207,7 +213,7 @@ CommandLine readCommandLine(const std::vector<std::string>& arguments) {
     addGlobalOptions(app, line.options);
     addDescribingCommands(app, line.options);
     addChangingCommands(app, line.options);
-    addGrab(app, line.options.grab);
+    addGrab(app, line.options);
     parse(app, arguments, line);
     return line;
 }

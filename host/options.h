@@ -13,6 +13,7 @@ struct GrabOptions {
     std::string output;
     std::string format;  // empty: by the output's name, else png
     std::string pixelFormat;
+    std::vector<std::string> assignments;  // made before the first frame
     std::string bayer = "auto";
     std::string demosaic = "none";
     std::uint64_t skip = 0;

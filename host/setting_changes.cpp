@@ -71,8 +71,13 @@ Failure CSettingChanges::refusal(const std::string& key, const Reply& reply) {
 }
 
 void CSettingChanges::note(Change change, bool dryRun) {
-    m_report.line(change.key + ": " + printable(change.before) + " -> " + printable(change.after) +
-                  (dryRun ? "   (not done)" : ""));
+    const std::string line = change.key + ": " + printable(change.before) + " -> " +
+                             printable(change.after) + (dryRun ? "   (not done)" : "");
+    if (m_asMessages) {
+        m_report.message(line);
+    } else {
+        m_report.line(line);
+    }
     if (!change.matches) {
         m_report.warning(change.key + ": asked for " + change.asked + ", reads " + change.after);
     }

@@ -40,6 +40,9 @@ public:
     CSettingChanges(CChannel& channel, CSettings& settings, CReport& report,
                     std::string hintPrefix);
 
+    // "key: old -> new" among the messages instead of the results.
+    void showAsMessages() { m_asMessages = true; }
+
     // The text that would be handed over. Throws when the value can't be meant.
     std::string checked(const Assignment& assignment, bool raw);
 
@@ -62,6 +65,7 @@ private:
     CReport& m_report;
     std::string m_hintPrefix;
     std::vector<Change> m_changes;
+    bool m_asMessages = false;
 };
 
 }  // namespace camhost

@@ -260,6 +260,11 @@ TEST_F(Application, CommandsAreListed) {
 
 TEST_F(Application, ExecRunsActionsAndReportsRefusals) {
     EXPECT_EQ(camhost({"exec", "PropertyDialog"}).out, "propertydialog: done\n");
+    m_system.cameras[0].effects["exposure one push"] = {"gain value range", "99"};
+    EXPECT_EQ(camhost({"exec", "exposure one push"}).out,
+              "exposure one push: done\ngain value range: 10 -> 99\n");
+    EXPECT_THAT(camhost({"--json", "exec", "propertydialog"}).out,
+                HasSubstr("\"result\":[{\"command\":\"propertydialog\",\"changes\":[]}]"));
     m_system.cameras[0].refusals["exposure one push"] = "exposure one push can not be set, ...";
     const Outcome outcome = camhost({"--json", "exec", "exposure one push"});
     EXPECT_EQ(outcome.exit, 1);

@@ -18,9 +18,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Pair;
 
-constexpr Wait timeout{0, HOST_STATUS_NO_FRAME, 1.0, {}};
-constexpr Wait lost{1, HOST_STATUS_NO_DEVICE, 0.0, {}};
-constexpr Wait frame{0, HOST_STATUS_DONE, 0.125, {}};
+const Wait timeout{0, HOST_STATUS_NO_FRAME, 1.0, {}};
+const Wait lost{1, HOST_STATUS_NO_DEVICE, 0.0, {}};
+const Wait frame{0, HOST_STATUS_DONE, 0.125, {}};
 
 class Grab : public testing::Test {
 protected:
@@ -69,11 +69,11 @@ TEST_F(Grab, PngFilesTellWhatTheyHold) {
     camera().pixelType = HOST_PIXEL_RAW8;
     const Outcome outcome = grab({"-o", file("raw.png")});
     EXPECT_EQ(outcome.exit, 0);
-    EXPECT_THAT(outcome.out, HasSubstr("Raw8 BGGR as delivered\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("Raw8 GRBG as delivered\n"));
     const std::string png = content("raw.png");
     EXPECT_THAT(readPngTexts(std::vector<std::uint8_t>(png.begin(), png.end())),
                 ElementsAre(Pair("Software", "camhost"), Pair("PixelType", "Raw8"),
-                            Pair("BayerOrder", "BGGR"), Pair("RowOrder", "as delivered"),
+                            Pair("BayerOrder", "GRBG"), Pair("RowOrder", "as delivered"),
                             Pair("CameraSerial", "1A2B"), Pair("FrameNumber", "1")));
 }
 
@@ -87,8 +87,12 @@ TEST_F(Grab, ColoursComeTopRowFirst) {
 
 TEST_F(Grab, ABayerOrderCanBeChosen) {
     camera().pixelType = HOST_PIXEL_RAW8;
-    camera().values["videoformat"] = "BY8 (4x2)";
-    EXPECT_THAT(grab({"--format", "none"}).out, HasSubstr("Raw8 GRBG as delivered\n"));
+    camera().values["videoformat"] = "BY8 (4x1)";
+    camera().height = 1;
+    camera().frame.resize(4);
+    EXPECT_THAT(grab({"--format", "none"}).out, HasSubstr("Raw8 BGGR as delivered\n"));
+    camera().height = 2;
+    camera().frame.resize(8);
     const Outcome outcome =
         grab({"--bayer", "rggb", "--demosaic", "fast", "-o", file("colour.pnm"), "--json"});
     EXPECT_THAT(outcome.out, HasSubstr("\"bayer\":\"RGGB\""));
@@ -102,6 +106,26 @@ TEST_F(Grab, ThePixelFormatIsSetFirst) {
     camera().refusals["pixelformat"] = "Unsupported pixelformat";
     EXPECT_EQ(grab({"--pixelformat", "cmyk", "--format", "none"}).exit, 1);
     EXPECT_THAT(camera().log, ElementsAre("pixelformat=cmyk", "close"));
+}
+
+TEST_F(Grab, SettingsAreMadeFirstAndToldAsMessages) {
+    const Outcome outcome = grab({"--set", "gain value range=12", "--set",
+                                  "exposure value abs=0.010000", "--manual", "--format", "none"});
+    EXPECT_EQ(outcome.exit, 0);
+    EXPECT_EQ(outcome.err,
+              "gain value range: 10 -> 12\nexposure auto switch: true -> false\n"
+              "exposure value abs: 0.033333 -> 0.010000\n");
+    EXPECT_EQ(camera().log.back(), "close");
+    EXPECT_EQ(grab({"--set", "gain value range=much"}).exit, 2);
+}
+
+TEST_F(Grab, AnExposureLongerThanAWaitIsNamedAfterATimeout) {
+    camera().waits.assign(2, timeout);
+    camera().values["exposure value abs"] = "2.000000";
+    const Outcome outcome = grab({"--format", "none", "--timeout", "2"});
+    EXPECT_EQ(outcome.exit, 4);
+    EXPECT_THAT(outcome.err,
+                HasSubstr("hint:  the exposure is 2.000000 s, and one wait lasts 1 s"));
 }
 
 TEST_F(Grab, SkippedFramesAreNotSaved) {

@@ -123,11 +123,14 @@ std::int32_t execute(char* message, void* context, const char* command) {
     MadeUpCamera& camera = cameraOf(context);
     camera.log.push_back("execute " + normal(command));
     const auto refusal = camera.refusals.find(normal(command));
-    if (refusal == camera.refusals.end()) {
-        return 0;
+    if (refusal != camera.refusals.end()) {
+        copyText(message, refusal->second);
+        return 1;
     }
-    copyText(message, refusal->second);
-    return 1;
+    if (const auto effect = camera.effects.find(normal(command)); effect != camera.effects.end()) {
+        camera.values[effect->second.first] = effect->second.second;
+    }
+    return 0;
 }
 
 std::int32_t setParameters(char*, void* context, const CameraParameterBlock* block) {

@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/system.h"
@@ -34,7 +35,8 @@ struct MadeUpCamera {
     std::map<std::string, std::vector<std::string>> choices;
     std::map<std::string, std::string> refusals;  // key or command to message
     std::map<std::string, std::string> readBack;  // key to what a set leaves instead
-    std::set<std::string> throwingCode;           // keys whose read throws 0x80004005
+    std::map<std::string, std::pair<std::string, std::string>> effects;  // of commands
+    std::set<std::string> throwingCode;  // keys whose read throws 0x80004005
     bool missing = false;
     bool startRefused = false;
 

@@ -75,7 +75,8 @@ TEST(Bayer, NamesAreReadInAnyCase) {
 }
 
 TEST(Bayer, OrderFollowsFromFormatAndHeight) {
-    EXPECT_EQ(assumedBayer("Y800 (640x480)", 480), BayerOrder::Bggr);
+    EXPECT_EQ(assumedBayer("Y800 (640x480)", 480), BayerOrder::Grbg);
+    EXPECT_EQ(assumedBayer("Y800 (641x479)", 479), BayerOrder::Grbg);
     EXPECT_EQ(assumedBayer("BY8 (640x480)", 480), BayerOrder::Grbg);
     EXPECT_EQ(assumedBayer("RGB32 (640x481)", 481), BayerOrder::Bggr);
 }
