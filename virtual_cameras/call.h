@@ -61,9 +61,8 @@ public:
 
     const char* operation() const noexcept { return m_operation; }
     bool isRecorded() const noexcept { return m_recorded; }
-    void addArgument(std::string_view text) {
-        m_arguments += (m_arguments.empty() ? "" : ",") + std::string(text);
-    }
+    // Where the call is about another camera than the subject's.
+    void isAbout(std::string_view camera) { m_camera = camera; }
 
     void returns() {
         if (m_recorded) {

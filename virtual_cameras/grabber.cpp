@@ -163,6 +163,9 @@ Grabber::tVidCapDevListPtr Grabber::getAvailableVideoCaptureDevices_() const {
 bool Grabber::openDev(const VideoCaptureDeviceItem& device) {
     const std::shared_ptr<Camera>& camera = device.implementation()->camera;
     CGrabberCall call("Grabber::openDev", *m_implementation, device.implementation()->name);
+    if (call.isRecorded()) {
+        call.isAbout(device.implementation()->cameraName());
+    }
     GrabberState& state = m_implementation->state;
     char* thrown = nullptr;
     const bool opened = [&] {

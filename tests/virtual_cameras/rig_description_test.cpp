@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: MIT
+#include "tests/virtual_cameras/camera_rig.h"
+
+namespace camera_tests {
+namespace {
+
+class RigDescription : public CRigTest {
+protected:
+    static std::string errorOf(const std::string& toml) {
+        char message[256] = "";
+        EXPECT_EQ(1, virtualCamerasLoadRig(toml.c_str(), message, sizeof(message)));
+        return message;
+    }
+    static std::vector<std::string> names() {
+        DShowLib::Grabber grabber;
+        std::vector<std::string> found;
+        for (const auto& device : toStandard(grabber.getAvailableVideoCaptureDevices_())) {
+            found.emplace_back(device.c_str());
+        }
+        return found;
+    }
+};
+
+TEST_F(RigDescription, UnknownKeysAreErrorsWithPlaceAndHint) {
+    EXPECT_EQ("3:1: unknown key \"seriall\" in camera; did you mean \"serial\"?",
+              errorOf("[[camera]]\nname = \"A\"\nseriall = \"1\"\n"));
+    EXPECT_EQ("1:1: unknown key \"cameras\" in rig; did you mean \"camera\"?",
+              errorOf("cameras = []\n"));
+    EXPECT_EQ("1:1: unknown key \"zzzzzz\" in rig", errorOf("zzzzzz = 1\n"));
+    EXPECT_EQ(
+        "6:1: unknown key \"rnage\" in element \"Value\"; did you mean \"range\"?",
+        errorOf("[[camera]]\nname = \"A\"\n\n[[camera.item]]\nname = \"I\"\nValue.rnage = { }\n")
+            .replace(2, 1, "1"));
+}
+
+TEST_F(RigDescription, MissingAndMistypedValuesAreErrorsWithPlace) {
+    EXPECT_EQ("1:1: camera needs \"name\"", errorOf("[[camera]]\n"));
+    EXPECT_EQ("2:8: name must be a text", errorOf("[[camera]]\nname = 1\n"));
+    EXPECT_EQ("3:10: serial must be hexadecimal digits, such as \"1A2B\"",
+              errorOf("[[camera]]\nname = \"A\"\nserial = \"xyz\"\n"));
+    EXPECT_EQ("3:12: a format ends in its size, such as \"Y800 (640x480)\"",
+              errorOf("[[camera]]\nname = \"A\"\nformats = [\"Y800\"]\n"));
+    EXPECT_EQ("3:12: width and height must be within 1 and 8192",
+              errorOf("[[camera]]\nname = \"A\"\nformats = [\"Y800 (0x480)\"]\n"));
+    EXPECT_EQ("3:9: scene must be one of: counter, colorchart, gradient, noise, flat",
+              errorOf("[[camera]]\nname = \"A\"\nscene = \"sky\"\n"));
+    EXPECT_EQ("3:15: a frame rate must be above 0",
+              errorOf("[[camera]]\nname = \"A\"\nframerates = [0.0]\n"));
+    EXPECT_EQ("1:1: format \"Y800 (1x1)\" is not offered",
+              errorOf("[[camera]]\nname = \"A\"\nformat = \"Y800 (1x1)\"\n"));
+    EXPECT_EQ("3:1: two cameras are called \"A\"",
+              errorOf("[[camera]]\nname = \"A\"\n[[camera]]\nname = \"A\"\n"));
+    EXPECT_EQ("1:7: only rig format 1 is known", errorOf("rig = 2\n"));
+}
+
+TEST_F(RigDescription, TextThatIsNoTomlIsAnErrorWithPlace) {
+    EXPECT_EQ("1:", errorOf("[[camera\n").substr(0, 2));
+}
+
+TEST_F(RigDescription, AnErrorLeavesTheRigAsItIs) {
+    load("[[camera]]\nname = \"A\"\n");
+    errorOf("nonsense = 1\n");
+    EXPECT_EQ((std::vector<std::string>{"A"}), names());
+}
+
+TEST_F(RigDescription, BuiltInRigsAreChosenByName) {
+    for (const char* rig :
+         {"standard", "empty", "failing-open", "throwing", "odd", "no-properties", "bare"}) {
+        choose(rig);
+    }
+    char message[128] = "";
+    EXPECT_EQ(1, virtualCamerasChooseRig("standart", message, sizeof(message)));
+    EXPECT_STREQ("1:1: there is no built-in rig \"standart\"", message);
+    EXPECT_EQ(1, virtualCamerasChooseRig("standard:sky", message, sizeof(message)));
+    EXPECT_STREQ("1:10: there is no scene \"sky\"", message);
+}
+
+TEST_F(RigDescription, TheStandardRigHasFiveCamerasInOrder) {
+    EXPECT_EQ((std::vector<std::string>{"SIM Mono 23", "SIM Colour 5", "SIM Colour 1", "QRM 52",
+                                        "SIM Frame Grabber"}),
+              names());
+    choose("empty");
+    EXPECT_TRUE(names().empty());
+}
+
+TEST_F(RigDescription, NamesModelsAndSerialsAreAsWritten) {
+    load(
+        "[[camera]]\nname = \"Nä\"\nmodel = \"Mø\"\nserial = \"FEDCBA9876543210\"\n"
+        "[[camera]]\nname = \"B\"\n");
+    DShowLib::Grabber grabber;
+    const auto devices = toStandard(grabber.getAvailableVideoCaptureDevices_());
+    ASSERT_EQ(2U, devices.size());
+    EXPECT_STREQ("Nä", devices[0].c_str());
+    EXPECT_EQ(L"M\u00F8", toStandard(devices[0].getFriendlyName_()));
+    std::int64_t serial = 5;
+    EXPECT_TRUE(devices[0].getSerialNumber(serial));
+    EXPECT_EQ(-0x123456789ABCDF0, serial);
+    serial = 5;
+    EXPECT_FALSE(devices[1].getSerialNumber(serial));
+    EXPECT_EQ(5, serial);
+    EXPECT_EQ(L"B", toStandard(devices[1].getFriendlyName_()));
+}
+
+TEST_F(RigDescription, MissingListsAndEmptyOnesAreTwoThings) {
+    choose("bare");
+    DShowLib::Grabber missing;
+    ASSERT_TRUE(open(missing, 0));
+    EXPECT_FALSE(missing.getAvailableVideoFormats_(missing.getVideoNorm()));
+    EXPECT_FALSE(missing.getAvailableVideoNorms_());
+    EXPECT_FALSE(missing.getAvailableInputChannels_());
+    EXPECT_FALSE(missing.isInputChannelAvailableWithCurDev());
+    EXPECT_FALSE(missing.isFrameRateListAvailable());
+    EXPECT_STREQ("", missing.getVideoFormat().c_str());
+    EXPECT_EQ(0, missing.getAcqSizeMaxX());
+    DShowLib::Grabber empty;
+    ASSERT_TRUE(open(empty, 1));
+    const auto formats = empty.getAvailableVideoFormats_(empty.getVideoNorm());
+    ASSERT_TRUE(formats);
+    EXPECT_TRUE(formats->empty());
+    ASSERT_TRUE(empty.getAvailableVideoNorms_());
+    EXPECT_TRUE(empty.getAvailableVideoNorms_()->empty());
+    ASSERT_TRUE(empty.getAvailableInputChannels_());
+    EXPECT_TRUE(empty.isInputChannelAvailableWithCurDev());
+    EXPECT_TRUE(empty.isFrameRateListAvailable());
+    EXPECT_EQ("", misuse());
+}
+
+TEST_F(RigDescription, NarrowAndWideTextsMayDiffer) {
+    load(
+        "[[camera]]\nname = \"A\"\nformats = [{ name = \"narrow\", text = \"wide\", width = 8, "
+        "height = 2 }]\nchannels = [{ name = \"one\", text = \"two\" }]\n");
+    DShowLib::Grabber grabber;
+    ASSERT_TRUE(open(grabber, 0));
+    const auto format = grabber.getVideoFormat();
+    EXPECT_STREQ("narrow", format.c_str());
+    EXPECT_EQ("wide", toNarrow(format.toString_()));
+    EXPECT_STREQ("one", grabber.getInputChannel().c_str());
+    EXPECT_EQ("two", toNarrow(grabber.getInputChannel().toString_()));
+    EXPECT_EQ(8, grabber.getAcqSizeMaxX());
+    EXPECT_EQ(2, grabber.getAcqSizeMaxY());
+}
+
+TEST_F(RigDescription, ElementsAndInterfacesKeepTheOrderOfTheFile) {
+    load(
+        "[[camera]]\nname = \"A\"\n[[camera.item]]\nname = \"I\"\nZulu.switch = true\n"
+        "Alpha.strings = { choices = [\"b\"] }\nAlpha.button = true\nAlpha.abs = { min = 0, max = "
+        "1, value = 0.5 }\nMike.range = { min = 0, max = 1, value = 0 }\n");
+    DShowLib::Grabber grabber;
+    ASSERT_TRUE(open(grabber, 0));
+    DShowLib::smart_com<DShowLib::IVCDPropertyItem> item;
+    ASSERT_EQ(S_OK, grabber.getAvailableVCDProperties()->getItem(1, item.put()));
+    std::string order;
+    for (LONG i = 1; i <= 3; ++i) {
+        DShowLib::smart_com<DShowLib::IVCDPropertyElement> element;
+        ASSERT_EQ(S_OK, item->getItem(i, element.put()));
+        CComText name;
+        ASSERT_EQ(S_OK, element->getName(name.put()));
+        LONG count = 0;
+        ASSERT_EQ(S_OK, element->getCount(&count));
+        order += name.narrow() + ":";
+        for (LONG j = 1; j <= count; ++j) {
+            DShowLib::smart_com<DShowLib::IVCDPropertyInterface> any;
+            ASSERT_EQ(S_OK, element->getItem(j, any.put()));
+            GUID identifier{};
+            ASSERT_EQ(S_OK, any->getInterfaceID(&identifier));
+            order += std::to_string(identifier.Data4[7]);
+        }
+        order += " ";
+    }
+    EXPECT_EQ("Zulu:4 Alpha:658 Mike:3 ", order);
+}
+
+}  // namespace
+}  // namespace camera_tests
