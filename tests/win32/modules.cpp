@@ -14,6 +14,7 @@ struct State {
     std::mutex mutex;
     std::wstring modulePath;
     std::vector<std::wstring> files;
+    std::wstring searchDirectory;
     std::map<std::string, FARPROC, std::less<>> procedures;
 
     State() { setDefaults(); }
@@ -21,6 +22,7 @@ struct State {
     void setDefaults() {
         modulePath = L"C:\\adapter\\velmora_adapter.dll";
         files = {L"C:\\adapter\\ORV_CAPLB11_x64.dll"};
+        searchDirectory.clear();
         procedures.clear();
     }
 };
@@ -60,6 +62,14 @@ std::wstring firstMatch(std::wstring_view pattern) {
     const auto found = std::find_if(files.begin(), files.end(),
                                     [pattern](const auto& file) { return matches(pattern, file); });
     return found == files.end() ? std::wstring() : *found;
+}
+
+// A name without a folder is looked for in the search directory.
+std::wstring loadedPath(std::wstring_view name) {
+    const std::lock_guard guard(state().mutex);
+    return name.find(L'\\') == std::wstring_view::npos
+               ? state().searchDirectory + std::wstring(name)
+               : std::wstring(name);
 }
 
 }  // namespace
@@ -121,7 +131,7 @@ HMODULE GetModuleHandleW(LPCWSTR name) {
 
 HMODULE LoadLibraryW(LPCWSTR name) {
     record("LoadLibraryW", utf8(name));
-    if (injected("LoadLibraryW") == 0 || win32::firstMatch(name).empty()) {
+    if (injected("LoadLibraryW") == 0 || win32::firstMatch(win32::loadedPath(name)).empty()) {
         SetLastError(ERROR_MOD_NOT_FOUND);
         return nullptr;
     }
@@ -146,7 +156,12 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name) {
 
 BOOL SetDllDirectoryW(LPCWSTR path) {
     record("SetDllDirectoryW", utf8(path));
-    return static_cast<BOOL>(injected("SetDllDirectoryW").value_or(TRUE));
+    if (const auto result = injected("SetDllDirectoryW")) {
+        return static_cast<BOOL>(*result);
+    }
+    const std::lock_guard guard(win32::state().mutex);
+    win32::state().searchDirectory = path != nullptr ? path : L"";
+    return TRUE;
 }
 
 HANDLE FindFirstFileW(LPCWSTR pattern, LPWIN32_FIND_DATAW found) {

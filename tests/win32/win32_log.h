@@ -68,7 +68,8 @@ void clearInjected();
 // What GetModuleFileNameW answers; at first "C:\adapter\velmora_adapter.dll".
 void setModulePath(std::wstring path);
 // Full paths of the files that FindFirstFileW and LoadLibraryW see; at first the
-// capture library beside the module.
+// capture library beside the module. LoadLibraryW looks for a name without a
+// folder in the directory of SetDllDirectoryW.
 void setFiles(std::vector<std::wstring> paths);
 // What GetProcAddress answers for a name, in every module.
 void setProcAddress(std::string_view name, FARPROC address);
