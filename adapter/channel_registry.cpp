@@ -32,7 +32,10 @@ std::unique_ptr<CVideoChannel> openChannel(const DShowLib::VideoCaptureDeviceIte
 }  // namespace
 
 void ChannelRegistry::enumerate() {
-    DShowLib::InitLibrary();
+    if (!m_libraryStarted) {
+        DShowLib::InitLibrary();
+        m_libraryStarted = true;
+    }
     const DShowLib::Grabber grabber;
     const auto devices = grabber.getAvailableVideoCaptureDevices_();
     std::vector<std::unique_ptr<CVideoChannel>> opened;
@@ -65,5 +68,6 @@ void ChannelRegistry::close(const void* context) {
     }
     if (m_channels.empty()) {
         DShowLib::ExitLibrary();
+        m_libraryStarted = false;
     }
 }

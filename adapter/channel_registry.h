@@ -20,7 +20,8 @@ public:
 
     // Starts the capture library, and opens a channel for every device. A device
     // whose channel throws a text is reported in a message box and left out. Any
-    // other exception undoes the channels made so far and passes on.
+    // other exception undoes the channels made so far and passes on; the library
+    // stays started for the next attempt.
     void enumerate();
 
     std::int32_t size() const noexcept { return static_cast<std::int32_t>(m_channels.size()); }
@@ -35,6 +36,7 @@ public:
 
 private:
     std::vector<CVideoChannel*> m_channels;
+    bool m_libraryStarted = false;
     bool m_initialised = false;
 };
 
