@@ -3,6 +3,7 @@
 // frames that come only when the test says so, and channels made either straight
 // from a device of the library or through the adapter's export.
 //
+// The native build has no loader, so the fixture calls the adapter's library entry.
 // What the export keeps (the registry, and that the devices have been listed) lives
 // as long as the process: CTest gives each test a process of its own, and a test
 // through the export counts on it.
@@ -30,6 +31,8 @@
 #include "tests/support/library_log.h"
 #include "tests/win32/win32_log.h"
 #include "virtual_cameras/control.h"
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
 
 // Runs one stretch of host code on a thread of its own; joined at the end of the
 // scope at the latest.
@@ -68,6 +71,8 @@ protected:
         virtualCamerasReset();
         virtualCamerasSetClock(VIRTUAL_CAMERAS_CLOCK_STEPPED);
         win32::reset();
+        DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr);
+        win32::reset();
     }
 
     void TearDown() override {
@@ -76,6 +81,7 @@ protected:
         EXPECT_EQ(virtualCamerasMisuses(misuse, sizeof(misuse)), 0U) << misuse;
         EXPECT_EQ(win32::lostCalls(), 0U);
         virtualCamerasReset();
+        s_libraryStarted = false;
         win32::reset();
     }
 
@@ -89,12 +95,17 @@ protected:
         ASSERT_EQ(virtualCamerasChooseRig(name, message, sizeof(message)), 0) << message;
     }
 
-    // The device at a position of the library's own list.
-    static DShowLib::VideoCaptureDeviceItem device(std::uint32_t position = 0) {
+    // Where no call of the export does it.
+    static void startLibrary() {
         if (!s_libraryStarted) {
-            DShowLib::InitLibrary();
+            EXPECT_TRUE(DShowLib::InitLibrary());
             s_libraryStarted = true;
         }
+    }
+
+    // The device at a position of the library's own list.
+    static DShowLib::VideoCaptureDeviceItem device(std::uint32_t position = 0) {
+        startLibrary();
         const DShowLib::Grabber grabber;
         const auto devices = grabber.getAvailableVideoCaptureDevices_();
         if (!devices || position >= devices->size()) {
@@ -130,6 +141,25 @@ protected:
     static void recordAll() {
         library_log::record();
         win32::reset();
+    }
+
+    static void start(CVideoChannel& channel) {
+        CHostText text;
+        ASSERT_EQ(channel.StartAcquisition(text), 0) << text.text();
+        EXPECT_TRUE(text.isUntouched());
+    }
+    static void stop(CVideoChannel& channel) {
+        CHostText text;
+        ASSERT_EQ(channel.StopAcquisition(text), 0) << text.text();
+        EXPECT_TRUE(text.isUntouched());
+    }
+    // The status of a copy; its result and its text buffer are always the same.
+    static std::uint32_t copyFrame(CVideoChannel& channel, CHostMemory& frame) {
+        CHostText text;
+        CHostStatus status;
+        EXPECT_EQ(channel.CopyFrame(text, frame.data(), status), 0);
+        EXPECT_TRUE(text.isUntouched());
+        return status.value();
     }
 
     // One wait of the host on a thread of its own, with `meanwhile` run while it

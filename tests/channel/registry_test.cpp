@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+// The list of cameras, and what closing one does.
+#include "adapter/channel_registry.h"
+#include "tests/support/channel_fixture.h"
+#include "tests/support/channel_rigs.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class Registry : public CChannelTest {};
+
+TEST_F(Registry, ListsChannelsInTheOrderOfTheLibrary) {
+    loadRig(rigs::grey() + rigs::color() + rigs::raw());
+    ChannelRegistry registry;
+    EXPECT_FALSE(registry.isInitialised());
+    registry.enumerate();
+    EXPECT_TRUE(registry.isInitialised());
+    ASSERT_EQ(registry.size(), 3);
+    EXPECT_STREQ(registry.at(0).deviceName(), "SIM Mono 23");
+    EXPECT_STREQ(registry.at(1).deviceName(), "SIM Color 23");
+    EXPECT_STREQ(registry.at(2).deviceName(), "SIM Raw 23");
+    while (registry.size() > 0) {
+        registry.close(&registry.at(0));
+    }
+}
+
+TEST_F(Registry, FindsItsChannelsAndNothingElse) {
+    loadRig(rigs::grey());
+    ChannelRegistry registry;
+    registry.enumerate();
+    CVideoChannel* channel = &registry.at(0);
+    int stranger = 0;
+    EXPECT_EQ(registry.find(channel), channel);
+    EXPECT_EQ(registry.find(nullptr), nullptr);
+    EXPECT_EQ(registry.find(&stranger), nullptr);
+    registry.close(channel);
+    EXPECT_EQ(registry.find(channel), nullptr);
+}
+
+TEST_F(Registry, ThrowsOutOfRangeForAPositionWithoutAChannel) {
+    const ChannelRegistry registry;
+    for (const std::int32_t position : {-1, 0, 1}) {
+        try {
+            registry.at(position);
+            FAIL() << "nothing was thrown";
+        } catch (const std::out_of_range& failure) {
+            EXPECT_STREQ(failure.what(), "invalid vector<T> subscript");
+        }
+    }
+}
+
+TEST_F(Registry, LeavesChannelsThatAreStillListedOpenAtItsEnd) {
+    loadRig(rigs::grey());
+    CVideoChannel* channel = nullptr;
+    {
+        ChannelRegistry registry;
+        registry.enumerate();
+        channel = &registry.at(0);
+        recordAll();
+    }
+    EXPECT_THAT(library_log::lines(), IsEmpty());
+    EXPECT_EQ(alive().openDevices, 1U);
+    delete channel;
+}
+
+TEST_F(Registry, ClosesTheGrabberBeforeTheLibraryShutsDown) {
+    loadRig(rigs::grey());
+    ChannelRegistry registry;
+    registry.enumerate();
+    recordAll();
+    registry.close(&registry.at(0));
+    EXPECT_THAT(library_log::operations({"Grabber::~Grabber", "ExitLibrary"}),
+                ElementsAre("Grabber::~Grabber", "ExitLibrary"));
+    EXPECT_TRUE(registry.isInitialised());
+}
+
+class Closing : public CChannelTest {
+protected:
+    static std::int32_t close(const VideoChannelRecord& record, void* context) {
+        CHostText text;
+        const std::int32_t result = record.CloseChannel(text, context);
+        EXPECT_TRUE(text.isUntouched());
+        return result;
+    }
+};
+
+TEST_F(Closing, MovesLaterChannelsToTheFront) {
+    loadRig(rigs::grey() + rigs::color());
+    const VideoChannelRecord first = openRecord(0);
+    const VideoChannelRecord second = openRecord(1);
+    recordAll();
+    EXPECT_EQ(close(first, first.context), 0);
+    EXPECT_EQ(library_log::count("ExitLibrary"), 0U);
+    EXPECT_EQ(alive().grabbers, 1U);
+    EXPECT_EQ(openRecord(0).context, second.context);
+    VideoChannelRecord record{};
+    EXPECT_EQ(GetVideoChannel(nullptr, 1, &record), 1);
+}
+
+TEST_F(Closing, KeepsEarlierChannelsWhereTheyAre) {
+    loadRig(rigs::grey() + rigs::color() + rigs::raw());
+    const VideoChannelRecord first = openRecord(0);
+    const VideoChannelRecord second = openRecord(1);
+    const VideoChannelRecord third = openRecord(2);
+    EXPECT_EQ(close(second, second.context), 0);
+    EXPECT_EQ(openRecord(0).context, first.context);
+    EXPECT_EQ(openRecord(1).context, third.context);
+}
+
+TEST_F(Closing, ShutsTheLibraryDownAfterTheLastChannelForGood) {
+    loadRig(rigs::grey() + rigs::color());
+    const VideoChannelRecord first = openRecord(0);
+    const VideoChannelRecord second = openRecord(1);
+    EXPECT_EQ(close(second, second.context), 0);
+    recordAll();
+    EXPECT_EQ(close(first, first.context), 0);
+    EXPECT_EQ(library_log::count("ExitLibrary"), 1U);
+    EXPECT_EQ(library_log::operations().back(), "ExitLibrary");
+    EXPECT_EQ(alive().grabbers, 0U);
+
+    recordAll();
+    VideoChannelRecord record{};
+    EXPECT_EQ(GetVideoChannel(nullptr, 0, &record), 1);
+    EXPECT_EQ(GetVideoChannel(nullptr, 1, &record), 1);
+    EXPECT_EQ(record.context, nullptr);
+    EXPECT_THAT(library_log::lines(), IsEmpty());
+    EXPECT_THAT(win32Calls({"FindFirstFileW", "MessageBoxW"}), IsEmpty());
+}
+
+TEST_F(Closing, ShutsTheLibraryDownAgainForANullContextOnAnEmptyList) {
+    loadRig(rigs::grey());
+    const VideoChannelRecord record = openRecord();
+    EXPECT_EQ(close(record, record.context), 0);
+    recordAll();
+    EXPECT_EQ(close(record, nullptr), 0);
+    EXPECT_THAT(library_log::lines(), ElementsAre("ExitLibrary()"));
+}
+
+TEST_F(Closing, DoesNothingForANullContextWhileChannelsAreListed) {
+    loadRig(rigs::grey());
+    const VideoChannelRecord record = openRecord();
+    recordAll();
+    EXPECT_EQ(close(record, nullptr), 0);
+    EXPECT_THAT(library_log::lines(), IsEmpty());
+    EXPECT_EQ(alive().grabbers, 1U);
+}
+
+TEST_F(Closing, DestroysNothingForAContextThatIsNotListed) {
+    loadRig(rigs::grey() + rigs::color());
+    const VideoChannelRecord first = openRecord(0);
+    EXPECT_EQ(close(first, first.context), 0);
+    recordAll();
+    CHostMemory stranger(4096);
+    EXPECT_EQ(close(first, first.context), 0);
+    EXPECT_EQ(close(first, stranger.data()), 0);
+    EXPECT_THAT(library_log::lines(), IsEmpty());
+    EXPECT_TRUE(stranger.isUntouched());
+    EXPECT_EQ(alive().grabbers, 1U);
+}
+
+TEST_F(Closing, ShutsTheLibraryDownAgainForAnUnlistedContextOnAnEmptyList) {
+    loadRig(rigs::grey());
+    const VideoChannelRecord record = openRecord();
+    EXPECT_EQ(close(record, record.context), 0);
+    recordAll();
+    EXPECT_EQ(close(record, record.context), 0);
+    EXPECT_THAT(library_log::lines(), ElementsAre("ExitLibrary()"));
+}
+
+TEST_F(Closing, TakesNoTextBuffer) {
+    loadRig(rigs::grey());
+    const VideoChannelRecord record = openRecord();
+    EXPECT_EQ(record.CloseChannel(nullptr, record.context), 0);
+    EXPECT_EQ(alive().grabbers, 0U);
+}
+
+}  // namespace
