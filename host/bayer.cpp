@@ -32,9 +32,12 @@ std::optional<BayerOrder> parseBayer(std::string_view name) {
     return std::nullopt;
 }
 
+bool isMadeFromColours(std::string_view videoFormat) {
+    return !videoFormat.starts_with("Y800");
+}
+
 BayerOrder assumedBayer(std::string_view videoFormat, std::int32_t height) {
-    const bool made = !videoFormat.starts_with("Y800");
-    return made && height % 2 != 0 ? BayerOrder::Bggr : BayerOrder::Grbg;
+    return isMadeFromColours(videoFormat) && height % 2 != 0 ? BayerOrder::Bggr : BayerOrder::Grbg;
 }
 
 std::vector<std::uint8_t> demosaicFast(std::span<const std::uint8_t> mosaic, std::size_t width,

@@ -17,10 +17,13 @@ enum class BayerOrder { Rggb, Grbg, Gbrg, Bggr };
 std::string_view bayerName(BayerOrder order);  // "RGGB"
 std::optional<BayerOrder> parseBayer(std::string_view name);
 
-// The order of a raw frame as the adapter delivers it, judged by the current
-// video format: a Y800 mosaic is taken to begin with GRBG once the adapter has
-// moved it; anything else comes as a mosaic that the adapter has made from
-// colours, whose phase depends on the height.
+// The adapter makes raw frames from colours unless the camera's current video
+// format is a mosaic under the name Y800.
+bool isMadeFromColours(std::string_view videoFormat);
+
+// The order of a raw frame as the adapter delivers it. A Y800 mosaic is taken to
+// begin with GRBG once the adapter has moved it; the phase of one that was made
+// from colours depends on the height.
 BayerOrder assumedBayer(std::string_view videoFormat, std::int32_t height);
 
 // Red, green, blue, three bytes per pixel: every pixel takes its colours from

@@ -29,6 +29,13 @@ Candidates matching(const Channels& channels, const std::function<bool(const CCh
     return found;
 }
 
+// Cameras write theirs without leading zeros; labels and people may not.
+bool sameSerial(std::string_view serial, std::string_view wanted) {
+    const auto digits = wanted.find_first_not_of('0');
+    return sameIgnoringCase(serial, wanted) ||
+           (digits != wanted.npos && sameIgnoringCase(serial, wanted.substr(digits)));
+}
+
 std::string candidateText(const Candidates& candidates) {
     std::string text;
     for (const CChannel* channel : candidates) {
@@ -114,7 +121,7 @@ CChannel& CCameras::select(const std::string& wanted) const {
         return *found.front();
     }
     const std::function<bool(const CChannel&)> tests[] = {
-        [&](const CChannel& c) { return c.hasSerial() && sameIgnoringCase(c.serial(), wanted); },
+        [&](const CChannel& c) { return c.hasSerial() && sameSerial(c.serial(), wanted); },
         [&](const CChannel& c) { return sameIgnoringCase(c.name(), wanted); },
         [&](const CChannel& c) { return lowered(c.name()).find(lowered(wanted)) != wanted.npos; },
     };

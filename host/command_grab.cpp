@@ -23,6 +23,7 @@ CData resultData(const CGrabRun& run) {
     data.set("lost_seconds", counts.lostSeconds);
     data.set("width", run.layout().width);
     data.set("height", run.layout().height);
+    data.set("row_bytes", static_cast<std::int64_t>(rowBytes(run.layout())));
     data.set("pixel_type", std::string(pixelTypeName(run.layout().pixelType)));
     if (const auto order = run.bayer()) {
         data.set("bayer", std::string(bayerName(*order)));

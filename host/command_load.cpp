@@ -17,10 +17,9 @@ public:
         : m_context(context), m_settings(settings), m_changes(changes) {}
 
     void run(const SettingsFile& file) {
-        const auto ordered = loadOrder(file);
         bool automaticsOff = false;
-        for (const auto& [key, text] : ordered) {
-            if (!automaticsOff && isValue(key)) {
+        for (const auto& [key, text] : loadOrder(file)) {
+            if (!automaticsOff && isValue(key) && differs(key, text)) {
                 switchAutomaticsOff();
                 automaticsOff = true;
             }
@@ -36,6 +35,11 @@ private:
                shape == KeyShape::Strings;
     }
 
+    bool differs(const std::string& key, const std::string& text) {
+        const Setting now = m_settings.read(key);
+        return !now.problem.empty() || !sameValue(now.type, text, now.text);
+    }
+
     void switchAutomaticsOff() {
         for (const std::string& key : m_settings.keys()) {
             if (isAutoSwitch(key)) {
@@ -49,8 +53,7 @@ private:
             problem("the camera has no \"" + key + "\"");
             return;
         }
-        const Setting now = m_settings.read(key);
-        if (now.problem.empty() && sameValue(now.type, text, now.text)) {
+        if (!differs(key, text)) {
             return;
         }
         try {

@@ -30,6 +30,14 @@ void flipAndSwap(Image& image, std::span<const std::uint8_t> frame) {
     }
 }
 
+void copyRows(Image& image, std::span<const std::uint8_t> frame, std::size_t distance) {
+    image.pixels.resize(image.width * image.height);
+    for (std::size_t y = 0; y < image.height; ++y) {
+        const auto row = frame.subspan(y * distance, image.width);
+        std::copy(row.begin(), row.end(), &image.pixels[y * image.width]);
+    }
+}
+
 }  // namespace
 
 std::string_view pixelTypeName(std::uint32_t pixelType) {
@@ -45,26 +53,31 @@ std::string_view pixelTypeName(std::uint32_t pixelType) {
     }
 }
 
-std::size_t frameBytes(const FrameLayout& layout) {
+std::size_t rowBytes(const FrameLayout& layout) {
     if (!isSane(layout)) {
         return 0;
     }
-    const std::size_t pixels =
-        static_cast<std::size_t>(layout.width) * static_cast<std::size_t>(layout.height);
-    return layout.pixelType == HOST_PIXEL_RGB24 ? pixels * 3 : pixels;
+    const auto width = static_cast<std::size_t>(layout.width);
+    if (layout.pixelType == HOST_PIXEL_RGB24) {
+        return width * 3;
+    }
+    const bool paired = layout.pixelType == HOST_PIXEL_RAW8 && layout.madeFromColours;
+    return paired ? width + width % 2 : width;
+}
+
+std::size_t frameBytes(const FrameLayout& layout) {
+    return isSane(layout) ? rowBytes(layout) * static_cast<std::size_t>(layout.height) : 0;
 }
 
 std::size_t copyBytes(const FrameLayout& layout) {
-    const std::size_t bytes = frameBytes(layout);
-    if (bytes == 0) {
+    if (!isSane(layout)) {
         return 0;
     }
-    const auto rows = static_cast<std::size_t>(layout.height);
-    if (layout.pixelType == HOST_PIXEL_RGB24) {
-        // A library may pad its rows to four bytes.
-        return bytes + rows * ((4 - static_cast<std::size_t>(layout.width) * 3 % 4) % 4);
-    }
-    return layout.width % 2 != 0 ? bytes + rows : bytes;
+    const auto width = static_cast<std::size_t>(layout.width);
+    // A library may pad colour rows to four bytes, and raw rows come in pairs.
+    const std::size_t widest =
+        layout.pixelType == HOST_PIXEL_RGB24 ? (width * 3 + 3) / 4 * 4 : width + width % 2;
+    return widest * static_cast<std::size_t>(layout.height);
 }
 
 Image makeImage(const FrameLayout& layout, std::span<const std::uint8_t> frame,
@@ -80,11 +93,12 @@ Image makeImage(const FrameLayout& layout, std::span<const std::uint8_t> frame,
         image.channels = 3;
         image.pixels.resize(bytes);
         flipAndSwap(image, frame);
-    } else if (layout.pixelType == HOST_PIXEL_RAW8 && demosaic) {
+        return image;
+    }
+    copyRows(image, frame, rowBytes(layout));
+    if (layout.pixelType == HOST_PIXEL_RAW8 && demosaic) {
         image.channels = 3;
-        image.pixels = demosaicFast(frame, image.width, image.height, *demosaic);
-    } else {
-        image.pixels.assign(frame.begin(), frame.begin() + static_cast<std::ptrdiff_t>(bytes));
+        image.pixels = demosaicFast(image.pixels, image.width, image.height, *demosaic);
     }
     return image;
 }

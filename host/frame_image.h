@@ -18,6 +18,9 @@ struct FrameLayout {
     std::int32_t width = 0;
     std::int32_t height = 0;
     std::uint32_t pixelType = 0;  // HOST_PIXEL_...
+    // A raw frame that the adapter made from colours, pair by pair: its rows are
+    // an even number of bytes apart.
+    bool madeFromColours = false;
 };
 
 struct Image {
@@ -29,6 +32,8 @@ struct Image {
 
 // "Mono8", "Raw8", "RGB24", or "type N".
 std::string_view pixelTypeName(std::uint32_t pixelType);
+
+std::size_t rowBytes(const FrameLayout& layout);
 
 // Bytes of one frame, and bytes that a copy may touch. 0 for sizes that can't be.
 std::size_t frameBytes(const FrameLayout& layout);

@@ -65,7 +65,7 @@ FrameLayout CGrabRun::readLayout() {
                       reply.message,
                       {}};
     }
-    return {image.width, image.height, image.pixelType};
+    return {image.width, image.height, image.pixelType, isMadeFromColours(m_videoFormat)};
 }
 
 GrabEnd CGrabRun::run(const std::string& videoFormat) {

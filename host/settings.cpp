@@ -164,7 +164,7 @@ Setting CSettings::command(const std::string& name) {
 }
 
 std::optional<std::string> CSettings::activeAutomatic(const std::string& key) {
-    const std::optional<std::string> guard = autoSwitchFor(key, m_keys);
+    std::optional<std::string> guard = autoSwitchFor(key, m_keys);
     std::string value;
     if (guard && m_channel.getValue(*guard, value).done() && value == "true") {
         return guard;

@@ -69,7 +69,7 @@ TEST_F(Application, ChannelsAreClosedAtTheEndAlsoAfterAFailure) {
 
 TEST_F(Application, CamerasAreChosenBySerialNamePartOrIndex) {
     addColourCamera();
-    for (const char* wanted : {"77C01", "77c01", "SIM Colour 5", "colour", "#1"}) {
+    for (const char* wanted : {"77C01", "077c01", "SIM Colour 5", "colour", "#1"}) {
         const Outcome outcome = camhost({"-c", wanted, "--json", "get", "framerate"});
         EXPECT_EQ(outcome.exit, 0) << wanted;
         EXPECT_THAT(outcome.out,

@@ -92,6 +92,15 @@ TEST_F(Changes, SetRefusedTellsTheAdaptersWords) {
                                        "and 100!\""));
 }
 
+TEST_F(Changes, SetThatFailsInsideTheLibraryIsToldApartFromAnUnknownKey) {
+    camera().refusals["framerate"] = "Unknown property \"framerate\"";
+    const Outcome outcome = camhost({"set", "framerate=30"});
+    EXPECT_EQ(outcome.exit, 1);
+    EXPECT_EQ(outcome.err,
+              "error: framerate: the camera's library failed at this value\n"
+              "       the adapter says: Unknown property \"framerate\"\n");
+}
+
 TEST_F(Changes, SetOfAnUnknownKeySuggestsNearOnes) {
     const Outcome outcome = camhost({"set", "framrate=30"});
     EXPECT_EQ(outcome.exit, 1);
@@ -174,6 +183,13 @@ TEST_F(Changes, SavedSettingsLoadBackInASafeOrder) {
                             "exposure value abs=0.033333", "trigger enable switch=false",
                             "exposure auto switch=true", "close"));
     EXPECT_EQ(camhost({"diff", m_file}).err, "no differences\n");
+}
+
+TEST_F(Changes, LoadOfWhatIsSetAlreadyTouchesNothing) {
+    camhost({"save", m_file});
+    camera().log.clear();
+    EXPECT_EQ(camhost({"load", m_file}).err, "nothing to change\n");
+    EXPECT_THAT(camera().log, ElementsAre("close"));
 }
 
 TEST_F(Changes, LoadGoesOnAfterARefusalAndTellsHowManyFailed) {

@@ -29,6 +29,16 @@ TEST(FrameLayout, BytesFollowFromThePixelType) {
     EXPECT_EQ(frameBytes({2000000000, 2000000000, HOST_PIXEL_MONO8}), 0U);
 }
 
+TEST(FrameLayout, RowsOfAMosaicMadeFromColoursComeInPairs) {
+    EXPECT_EQ(rowBytes({5, 4, HOST_PIXEL_RAW8, true}), 6U);
+    EXPECT_EQ(rowBytes({5, 4, HOST_PIXEL_RAW8, false}), 5U);
+    EXPECT_EQ(rowBytes({5, 4, HOST_PIXEL_MONO8, true}), 5U);
+    EXPECT_EQ(frameBytes({5, 4, HOST_PIXEL_RAW8, true}), 24U);
+    const Bytes frame{1, 2, 3, 99, 4, 5, 6, 99};
+    EXPECT_THAT(makeImage({3, 2, HOST_PIXEL_RAW8, true}, frame, std::nullopt).pixels,
+                ElementsAre(1, 2, 3, 4, 5, 6));
+}
+
 TEST(FrameLayout, CopiesMayTouchOneByteMorePerOddRow) {
     EXPECT_EQ(copyBytes({5, 4, HOST_PIXEL_RAW8}), 24U);
     EXPECT_EQ(copyBytes({4, 4, HOST_PIXEL_RAW8}), 16U);
