@@ -102,6 +102,7 @@ TEST_F(Acquisition, TriggerModeIsSetAgainAfterALoss) {
     ASSERT_EQ(camera.parameters(&block), succeeded());
     ASSERT_EQ(camera.start(), succeeded());
     control().unplug(greySerial);
+    EXPECT_EQ(camera.wait(), (Answer{1, 0x2000, disconnected}));
     control().plug(greySerial);
     control().recordCalls(1);
     EXPECT_EQ(camera.wait(), noFrame());
