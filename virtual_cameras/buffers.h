@@ -14,13 +14,13 @@ namespace DShowLib {
 
 // Shared by the buffer's handle and the delivery thread that fills it.
 struct MemBuffer::Implementation {
-    Implementation(std::uint32_t index, std::uint32_t bytes);
+    Implementation(std::uint32_t ringIndex, std::uint32_t bytes);
     Implementation(const Implementation&) = delete;
     Implementation& operator=(const Implementation&) = delete;
     ~Implementation();
 
     struct Free {
-        void operator()(std::uint8_t* memory) const noexcept { std::free(memory); }
+        void operator()(std::uint8_t* block) const noexcept { std::free(block); }
     };
 
     const std::uint32_t index;
