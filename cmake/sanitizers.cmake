@@ -10,6 +10,11 @@ if(VELMORA_SANITIZE)
     add_compile_definitions(_GLIBCXX_ASSERTIONS)
 endif()
 
+if(VELMORA_FUZZ)
+    # Lets the fuzzers see which code an input reaches.
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 if(VELMORA_COVERAGE)
     add_compile_options(--coverage -O0)
     add_link_options(--coverage)
