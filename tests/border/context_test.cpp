@@ -34,6 +34,8 @@ protected:
         EXPECT_TRUE(text.isUntouched());
         EXPECT_TRUE(output.isUntouched());
     }
+
+    VideoChannelRecord m_record{};
 };
 
 TEST_F(Context, NullFailsEverywhereAndTouchesNothing) {
@@ -55,6 +57,34 @@ TEST_F(Context, FailsStillWhenAllChannelsAreClosed) {
     const CHostChannel closed = channel(0);
     closeAll();
     expectAllFailAndTouchNothing(closed.record(), closed.record().context);
+}
+
+TEST_F(Context, ALivingChannelTakesNullForEveryTextAndOutput) {
+    const VideoChannelRecord& record = m_record;
+    ASSERT_EQ(adapter().getVideoChannel(0, &m_record), 0);
+    void* const context = record.context;
+    CHostText value;
+    std::uint32_t status = untouchedWord;
+
+    EXPECT_EQ(record.SetCameraParameters(nullptr, context, nullptr), 0);
+    EXPECT_EQ(record.GetImageInfo(nullptr, context, nullptr, nullptr), 0);
+    EXPECT_EQ(record.GetImageInfo(nullptr, context, nullptr, &status), 0);
+    EXPECT_EQ(status, 0U);
+    EXPECT_EQ(record.StartAcquisition(nullptr, context), 0);
+    EXPECT_EQ(record.WaitFrame(nullptr, context, nullptr), 0);
+    EXPECT_EQ(record.CopyFrame(nullptr, context, value.get(), nullptr), 0);
+    EXPECT_EQ(record.StopAcquisition(nullptr, context), 0);
+    EXPECT_EQ(record.ExecuteCommand(nullptr, context, nullptr), 1);
+    EXPECT_EQ(record.GetPropertyValue(nullptr, context, nullptr, nullptr), 1);
+    EXPECT_EQ(record.GetPropertyValue(nullptr, context, "pixelformat", nullptr), 0);
+    EXPECT_EQ(record.SetPropertyValue(nullptr, context, nullptr, nullptr), 1);
+    EXPECT_EQ(record.SetPropertyValue(nullptr, context, "pixelformat", nullptr), 1);
+    EXPECT_EQ(record.GetPropertyName(nullptr, context, 0, nullptr), 0);
+    EXPECT_EQ(record.GetPropertyType(nullptr, context, nullptr, nullptr), 0);
+    EXPECT_EQ(record.GetPropertyChoice(nullptr, context, nullptr, 0, nullptr), 1);
+    EXPECT_EQ(record.GetPropertyChoice(nullptr, context, "videoformat", 0, nullptr), 0);
+    EXPECT_EQ(record.GetPropertyAttribute(nullptr, context, nullptr, 1, nullptr), 0);
+    EXPECT_EQ(value.text(), untouchedText);
 }
 
 TEST_F(Context, ClosingNullOrUnknownClosesNoCamera) {

@@ -176,6 +176,35 @@ TEST_F(Frames, AnAlignedModelInRaw8ArrivesUnchanged) {
     expectPicture(memory, width, height, greenBlueRedGreen);
 }
 
+TEST_F(Frames, AnOddWidthInRaw8HasOneByteMorePerRow) {
+    control().loadRig(R"toml([[camera]]
+name = "Odd"
+serial = "0DD"
+formats = ["RGB32 (15x5)"]
+scene = "counter")toml");
+    const CHostChannel camera = channel(0);
+    EXPECT_EQ(camera.get("pixelformat"), valued("Raw8"));
+    CGuardedBytes memory(16 * 5);
+    grab(camera, memory);
+
+    const std::uint32_t frame = frameAt(memory, 4);
+    // The lines of memory are counted from the bottom of the picture: even ones, the
+    // first and last among them, give blue and green, odd ones green and red.
+    for (std::uint32_t row = 0; row < 5; ++row) {
+        const bool isEven = row % 2 == 0;
+        const Plane planes[2] = {isEven ? Plane::blue : Plane::green,
+                                 isEven ? Plane::green : Plane::red};
+        for (std::uint32_t column = 0; column < 15; ++column) {
+            EXPECT_EQ(memory[row * 16 + column],
+                      counterValue(frame, row, column, planes[column % 2]))
+                << "row " << row << " column " << column;
+        }
+        // The extra byte is the next pixel in memory; after the last there is none.
+        EXPECT_EQ(memory[row * 16 + 15], row == 0 ? 0 : counterValue(frame, row - 1, 0, planes[1]))
+            << "row " << row;
+    }
+}
+
 TEST_F(Frames, LaterFramesHaveLaterNumbers) {
     const CHostChannel camera = channel(0);
     ASSERT_EQ(camera.start(), succeeded());
