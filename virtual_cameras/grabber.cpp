@@ -16,7 +16,7 @@ bool isLive(CWorldLock&, const GrabberState& grabber) {
 }
 
 bool isDeviceValid(CWorldLock&, const GrabberState& grabber) {
-    return grabber.camera && grabber.camera->plugged && grabber.camera->attached;
+    return grabber.camera && !grabber.lost && grabber.camera->attached;
 }
 
 void closeDevice(CWorldLock& world, GrabberState& grabber) {
@@ -32,6 +32,7 @@ void closeDevice(CWorldLock& world, GrabberState& grabber) {
         camera->updateProperties(world);
     }
     grabber.camera.reset();
+    grabber.lost = false;
 }
 
 void tellLoss(CWorldLock& world, GrabberState& grabber) {
@@ -65,6 +66,9 @@ void unplugCamera(CWorldLock& world, const std::shared_ptr<Camera>& camera) {
     }
     camera->plugged = false;
     camera->updateProperties(world);
+    for (GrabberState* opener : camera->grabbers) {
+        opener->lost = true;
+    }
     std::vector<GrabberState*> told;
     if (const std::shared_ptr<Session> session = camera->live) {
         told.push_back(session->grabber);

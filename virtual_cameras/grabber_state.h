@@ -27,6 +27,7 @@ inline constexpr ULONG eventDeviceLost = 8;
 struct GrabberState {
     DShowLib::Grabber* owner = nullptr;
     std::shared_ptr<Camera> camera;  // open, if perhaps unplugged
+    bool lost = false;               // unplugged while open; ends with the next open or close
     DShowLib::smart_ptr<DShowLib::GrabberSinkType> sink;
     std::shared_ptr<Session> session;  // live, or not yet over
     std::string lastError;

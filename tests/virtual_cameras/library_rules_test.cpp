@@ -227,7 +227,9 @@ TEST_F(DeviceLoss, AnUnpluggedDeviceIsGoneUntilItIsPluggedIn) {
     const auto devices = m_grabber.getAvailableVideoCaptureDevices_();
     ASSERT_EQ(5U, devices->size());
     EXPECT_STREQ("SIM Colour 5", (*devices)[1].c_str());
+    EXPECT_FALSE(m_grabber.isDevValid()) << "it has to be opened again";
     EXPECT_TRUE(m_grabber.openDev(item));
+    EXPECT_TRUE(m_grabber.isDevValid());
     EXPECT_TRUE(m_grabber.startLive(false));
     EXPECT_EQ(1, virtualCamerasDeliverFrame("77C01"));
     EXPECT_EQ("", misuse());
