@@ -71,6 +71,7 @@ private:
 // The fixture of every test here. Its parts are open to CPropertyHost.
 class CPropertyTest : public CChannelTest {
 public:
+    using CChannelTest::chooseRig;
     using CChannelTest::loadRig;
 
     static DShowLib::VideoCaptureDeviceItem device(std::uint32_t index) {
