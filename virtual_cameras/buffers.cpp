@@ -2,7 +2,6 @@
 #include "virtual_cameras/buffers.h"
 
 #include <map>
-#include <new>
 
 #include "virtual_cameras/call.h"
 #include "virtual_cameras/world.h"
@@ -58,12 +57,7 @@ using virtual_cameras::CMonitorGuard;
 using virtual_cameras::NoCamera;
 
 MemBuffer::Implementation::Implementation(std::uint32_t ringIndex, std::uint32_t bytes)
-    : index(ringIndex),
-      size(bytes),
-      memory(static_cast<std::uint8_t*>(std::calloc(bytes != 0 ? bytes : 1, 1))) {
-    if (!memory) {
-        throw std::bad_alloc();
-    }
+    : index(ringIndex), size(bytes), memory(std::make_unique<std::uint8_t[]>(bytes)) {
     alive().buffers.fetch_add(1, std::memory_order_relaxed);
 }
 

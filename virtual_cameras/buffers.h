@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -19,13 +18,9 @@ struct MemBuffer::Implementation {
     Implementation& operator=(const Implementation&) = delete;
     ~Implementation();
 
-    struct Free {
-        void operator()(std::uint8_t* block) const noexcept { std::free(block); }
-    };
-
     const std::uint32_t index;
     const std::uint32_t size;
-    const std::unique_ptr<std::uint8_t, Free> memory;  // zeroed
+    const std::unique_ptr<std::uint8_t[]> memory;  // zeroed at first
     // What was read from the buffer before it was unlocked happens before it is
     // filled again.
     std::atomic<std::int32_t> locks{0};

@@ -58,7 +58,8 @@ void CCall::throwText(char* text) {
     if (m_recorded) {
         callLog().add(m_camera, m_operation, m_arguments, "throw " + std::string(text));
     }
-    throw text;
+    // As the library's users catch it.
+    throw text;  // NOLINT(misc-throw-by-value-catch-by-reference,cert-err09-cpp,cert-err61-cpp)
 }
 
 }  // namespace virtual_cameras

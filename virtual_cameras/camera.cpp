@@ -82,7 +82,7 @@ bool Camera::chooseFrameRate(double framesPerSecond) {
     return true;
 }
 
-void Camera::updateProperties(CWorldLock& world) {
+void Camera::updateProperties(CWorldLock& world) const {
     properties->setAnswers(world, attached && plugged && !grabbers.empty());
 }
 

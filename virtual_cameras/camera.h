@@ -49,7 +49,7 @@ struct Camera {
     bool chooseFrameRate(double framesPerSecond);
 
     // After a change of who has the device open, or of its presence.
-    void updateProperties(CWorldLock& world);
+    void updateProperties(CWorldLock& world) const;
 };
 
 }  // namespace virtual_cameras

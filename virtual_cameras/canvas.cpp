@@ -30,7 +30,8 @@ constexpr GUID subtypeRGB24 = rgbSubtype(0xE436EB7D);
 constexpr GUID subtypeRGB32 = rgbSubtype(0xE436EB7E);
 
 template <std::size_t bytes>
-void repeat(std::uint8_t* to, std::uint8_t* end, std::size_t stride, const std::uint8_t* four) {
+void repeat(std::uint8_t* to, const std::uint8_t* end, std::size_t stride,
+            const std::uint8_t* four) {
     for (; to + bytes <= end; to += stride) {
         std::memcpy(to, four, bytes);
     }

@@ -174,23 +174,23 @@ uint32_t virtualCamerasMisuses(char* last, uint32_t lastSize) {
     return misuses(last, lastSize);
 }
 
-void virtualCamerasGetAlive(VirtualCamerasAlive* counts) {
-    if (counts == nullptr) {
+void virtualCamerasGetAlive(VirtualCamerasAlive* alive) {
+    if (alive == nullptr) {
         return;
     }
-    const AliveCounts& now = alive();
-    *counts = {};
+    const AliveCounts& now = virtual_cameras::alive();
+    *alive = {};
     CWorldLock world;
     for (const std::shared_ptr<Camera>& camera : world->cameras) {
-        counts->openDevices += static_cast<uint32_t>(camera->grabbers.size());
-        counts->liveDevices += camera->live ? 1U : 0U;
+        alive->openDevices += static_cast<uint32_t>(camera->grabbers.size());
+        alive->liveDevices += camera->live ? 1U : 0U;
     }
-    counts->grabbers = now.grabbers.load();
-    counts->listeners = now.listeners.load();
-    counts->sinks = now.sinks.load();
-    counts->buffers = now.buffers.load();
-    counts->items = now.items.load();
-    counts->interfaces = now.interfaces.load();
+    alive->grabbers = now.grabbers.load();
+    alive->listeners = now.listeners.load();
+    alive->sinks = now.sinks.load();
+    alive->buffers = now.buffers.load();
+    alive->items = now.items.load();
+    alive->interfaces = now.interfaces.load();
 }
 
 int32_t virtualCamerasInterfaceReferences(const char* camera, const char* item, const char* element,

@@ -40,9 +40,9 @@ VIRTUAL_CAMERAS_API int32_t virtualCamerasLoadRig(const char* toml, char* messag
 
 /* When frames come while a camera is live and not waiting for a trigger. */
 enum {
-    VIRTUAL_CAMERAS_CLOCK_REAL = 0,    /* at the chosen frame rate */
-    VIRTUAL_CAMERAS_CLOCK_FAST = 1,    /* the next as soon as the last was delivered */
-    VIRTUAL_CAMERAS_CLOCK_STEPPED = 2  /* only through virtualCamerasStepClock */
+    VIRTUAL_CAMERAS_CLOCK_REAL = 0,   /* at the chosen frame rate */
+    VIRTUAL_CAMERAS_CLOCK_FAST = 1,   /* the next as soon as the last was delivered */
+    VIRTUAL_CAMERAS_CLOCK_STEPPED = 2 /* only through virtualCamerasStepClock */
 };
 VIRTUAL_CAMERAS_API void virtualCamerasSetClock(int32_t mode);
 

@@ -19,8 +19,7 @@ void CFaults::clear() {
 
 char* CFaults::keep(std::string_view text) {
     const CMonitorGuard guard(m_monitor);
-    // The catcher gets a char*, as the library's users expect, but never writes to it.
-    return const_cast<char*>(m_texts.emplace(text).first->c_str());
+    return m_texts.try_emplace(std::string(text), text).first->second.data();
 }
 
 std::optional<Fault> CFaults::nextOf(std::string_view operation) {

@@ -4,8 +4,8 @@
 
 #include <atomic>
 #include <cstdint>
+#include <map>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,8 +48,8 @@ private:
     std::atomic<bool> m_any{false};
     CMonitor m_monitor;
     std::vector<Rule> m_rules GUARDED_BY(m_monitor);
-    // Strings do not move in a set.
-    std::set<std::string, std::less<>> m_texts GUARDED_BY(m_monitor);
+    // Each text and its copy, which does not move in a map.
+    std::map<std::string, std::string, std::less<>> m_texts GUARDED_BY(m_monitor);
 };
 
 CFaults& faults();

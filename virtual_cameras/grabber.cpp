@@ -112,16 +112,23 @@ using virtual_cameras::CWorldLock;
 using virtual_cameras::GrabberState;
 using virtual_cameras::Session;
 
-Grabber::Grabber() : m_implementation(nullptr) {
+namespace {
+
+Grabber::Implementation* startedGrabber(Grabber& owner) {
     CCall call("Grabber::Grabber", virtual_cameras::NoCamera());
     if (!virtual_cameras::libraryIsReady()) {
         virtual_cameras::countMisuse("Grabber::Grabber: the library is not initialised.");
     }
-    m_implementation = new Implementation;
-    m_implementation->state.owner = this;
+    auto* inside = new Grabber::Implementation;
+    inside->state.owner = &owner;
     alive().grabbers.fetch_add(1, std::memory_order_relaxed);
     call.returns();
+    return inside;
 }
+
+}  // namespace
+
+Grabber::Grabber() : m_implementation(startedGrabber(*this)) {}
 
 Grabber::~Grabber() {
     const bool recorded = virtual_cameras::callLog().isOn();

@@ -20,19 +20,14 @@ bool sameName(std::string_view left, std::string_view right) {
                       [&](char a, char b) { return lowered(a) == lowered(b); });
 }
 
-template <class Kind>
-Kind* kindOf(RigElement& element) {
-    for (RigInterface& entry : element.interfaces) {
-        if (auto* kind = std::get_if<Kind>(&entry.kind)) {
-            return kind;
-        }
+// The interface of that kind; null when the element has none.
+template <class Kind, class Element>
+auto* kindOf(Element& element) {
+    decltype(std::get_if<Kind>(&element.interfaces.front().kind)) found = nullptr;
+    for (auto& entry : element.interfaces) {
+        found = found != nullptr ? found : std::get_if<Kind>(&entry.kind);
     }
-    return nullptr;
-}
-
-template <class Kind>
-const Kind* kindOf(const RigElement& element) {
-    return kindOf<Kind>(const_cast<RigElement&>(element));
+    return found;
 }
 
 const RigElement* elementCalled(const RigItem& item, std::string_view name) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <tuple>
 
 #include "virtual_cameras/built_in_rigs.h"
 #include "virtual_cameras/camera.h"
@@ -119,8 +120,8 @@ void applyEnvironment(CWorldLock& world) {
         if (*clock == "fast") {
             setClock(world, VIRTUAL_CAMERAS_CLOCK_FAST);
         } else if (*clock != "real") {
-            std::fprintf(stderr, "VIRTUAL_CAMERAS_CLOCK: must be real or fast, not %s\n",
-                         clock->c_str());
+            std::ignore = std::fprintf(
+                stderr, "VIRTUAL_CAMERAS_CLOCK: must be real or fast, not %s\n", clock->c_str());
         }
     }
     const auto value = environmentText("VIRTUAL_CAMERAS_RIG");
@@ -129,7 +130,7 @@ void applyEnvironment(CWorldLock& world) {
     }
     const auto rig = rigOfEnvironment(*value);
     if (const auto* message = std::get_if<std::string>(&rig)) {
-        std::fprintf(stderr, "%s\n", message->c_str());
+        std::ignore = std::fprintf(stderr, "%s\n", message->c_str());
         replaceCameras(world, Rig{});
     } else {
         replaceCameras(world, std::get<Rig>(rig));
