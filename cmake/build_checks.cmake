@@ -10,6 +10,7 @@ endfunction()
 # No test source is left out of the programs.
 get_property(test_sources GLOBAL PROPERTY VELMORA_TEST_SOURCES)
 get_property(folders_elsewhere GLOBAL PROPERTY VELMORA_TEST_FOLDERS_ELSEWHERE)
+list(JOIN folders_elsewhere "," folders_elsewhere)
 list(JOIN test_sources "\n" test_source_lines)
 file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/test_sources.txt "${test_source_lines}\n")
 velmora_add_check(

@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: MIT
 # Checks one CLAIM about the Windows file BINARY by reading it: EXPORTS and IMPORTS are
 # files with the approved names, one per line, sorted.
+cmake_minimum_required(VERSION 3.25)
+
 execute_process(COMMAND ${OBJDUMP} -p ${BINARY} OUTPUT_VARIABLE dump COMMAND_ERROR_IS_FATAL ANY)
 
 # Sets `result` to the first group of every match of `regex` in the dump, sorted.

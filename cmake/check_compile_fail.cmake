@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: MIT
 # SOURCE must compile as it is, and must not with MUST_NOT_COMPILE defined; the error
 # must match the regular expression in its line "// Error: ...".
+cmake_minimum_required(VERSION 3.25)
+
 file(STRINGS ${SOURCE} expected REGEX "^// Error: ")
 string(REPLACE "// Error: " "" expected "${expected}")
 if(NOT expected)

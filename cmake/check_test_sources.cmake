@@ -1,7 +1,11 @@
 # SPDX-License-Identifier: MIT
 # Fails when a test source under ROOT/tests or ROOT/fuzz is neither in the file BUILT
-# (one path per line) nor in a folder of the list ELSEWHERE.
+# (one path per line) nor in one of the folders ELSEWHERE
+# (separated by commas).
+cmake_minimum_required(VERSION 3.25)
+
 file(STRINGS ${BUILT} built)
+string(REPLACE "," ";" ELSEWHERE "${ELSEWHERE}")
 file(GLOB_RECURSE present RELATIVE ${ROOT} ${ROOT}/tests/*_test.cpp ${ROOT}/tests/*_test.c
      ${ROOT}/fuzz/*_fuzz.cpp)
 set(missing)

@@ -19,8 +19,9 @@ export WINEPREFIX=$root/build/wine_prefix
 export WINEDEBUG=-all
 export LC_ALL=C.UTF-8
 export VELMORA_WINE_SESSION=$$
-# No browser or runtime that a first start would offer to fetch.
-export WINEDLLOVERRIDES='mscoree,mshtml='
+# No browser or runtime that a first start would offer to fetch, and no debugger that
+# would keep a crashed program alive.
+export WINEDLLOVERRIDES='mscoree,mshtml=;winedbg.exe=d'
 
 display_file=$(mktemp)
 Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$display_file" 9>&- 2>/dev/null &
@@ -50,9 +51,14 @@ export DISPLAY=:$(cat "$display_file")
 if [ ! -f "$WINEPREFIX/ready" ]; then
     rm -rf "$WINEPREFIX"
     wineboot -i >/dev/null 2>&1 9>&-
+    # No window manager runs here: without this Wine waits 2 s for one at every box.
+    wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 9>&-
     wineserver -w
     touch "$WINEPREFIX/ready"
 fi
 wineserver -p 9>&-
+# Brings up Wine's services and its desktop here. They would else be children of the
+# first program, and hold the pipe that its output is read from.
+wine rundll32 user32.dll,GetDesktopWindow >/dev/null 2>&1 </dev/null 9>&-
 
 "$@" 9>&-
