@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstring>
 
 namespace virtual_cameras {
 
@@ -12,7 +11,7 @@ void copyText(std::string_view text, char* buffer, std::size_t size) {
         return;
     }
     const std::size_t copied = std::min(text.size(), size - 1);
-    std::memcpy(buffer, text.data(), copied);
+    std::copy_n(text.begin(), copied, buffer);
     buffer[copied] = '\0';
 }
 

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "virtual_cameras/grabber_state.h"
+
 namespace virtual_cameras {
 
 namespace {
@@ -83,7 +85,9 @@ bool Camera::chooseFrameRate(double framesPerSecond) {
 }
 
 void Camera::updateProperties(CWorldLock& world) const {
-    properties->setAnswers(world, attached && plugged && !grabbers.empty());
+    const bool open = std::any_of(grabbers.begin(), grabbers.end(),
+                                  [](const GrabberState* opener) { return !opener->lost; });
+    properties->setAnswers(world, attached && plugged && open);
 }
 
 }  // namespace virtual_cameras

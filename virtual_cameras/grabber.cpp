@@ -4,6 +4,7 @@
 #include "capture/grabber.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "virtual_cameras/grabber_call.h"
 #include "virtual_cameras/item_values.h"
@@ -39,7 +40,9 @@ void tellLoss(CWorldLock& world, GrabberState& grabber) {
     const std::vector<Listener> listeners = grabber.listeners;
     const std::string camera = grabber.camera->id;
     DShowLib::Grabber& owner = *grabber.owner;
-    ++grabber.tellingLoss;
+    // The listener may destroy the grabber.
+    const std::shared_ptr<std::uint32_t> telling = grabber.tellingLoss;
+    ++*telling;
     world.whileUnlocked([&] {
         std::thread([&] {
             {
@@ -56,7 +59,7 @@ void tellLoss(CWorldLock& world, GrabberState& grabber) {
             }
         }).join();
     });
-    --grabber.tellingLoss;
+    --*telling;
     world.wakeAll();
 }
 
@@ -65,24 +68,24 @@ void unplugCamera(CWorldLock& world, const std::shared_ptr<Camera>& camera) {
         return;
     }
     camera->plugged = false;
-    camera->updateProperties(world);
+    std::vector<GrabberState*> untold;
     for (GrabberState* opener : camera->grabbers) {
-        opener->lost = true;
+        if (!std::exchange(opener->lost, true)) {
+            untold.push_back(opener);
+        }
     }
-    std::vector<GrabberState*> told;
+    camera->updateProperties(world);
+    // The delivery thread tells the grabber that is live.
     if (const std::shared_ptr<Session> session = camera->live) {
-        told.push_back(session->grabber);
+        untold.erase(std::remove(untold.begin(), untold.end(), session->grabber), untold.end());
         session->lost = true;
         endSession(world, session);
     }
-    const auto untold = [&] {
-        return std::find_if(camera->grabbers.begin(), camera->grabbers.end(), [&](auto* opener) {
-            return std::find(told.begin(), told.end(), opener) == told.end();
-        });
-    };
-    for (auto next = untold(); next != camera->grabbers.end(); next = untold()) {
-        told.push_back(*next);
-        tellLoss(world, **next);
+    for (GrabberState* opener : untold) {
+        const auto& openers = camera->grabbers;
+        if (std::find(openers.begin(), openers.end(), opener) != openers.end()) {
+            tellLoss(world, *opener);
+        }
     }
 }
 
@@ -138,7 +141,7 @@ Grabber::~Grabber() {
         GrabberState& state = m_implementation->state;
         const std::shared_ptr<Session> session = state.session;
         closeDevice(world, state);
-        while (state.tellingLoss > 0 && state.lossThread != ::GetCurrentThreadId()) {
+        while (*state.tellingLoss > 0 && state.lossThread != ::GetCurrentThreadId()) {
             world.wait(virtual_cameras::CMonitor::forEver);
         }
         // Only when a listener destroys the grabber that called it.

@@ -34,7 +34,7 @@ struct GrabberState {
     std::vector<Listener> listeners;
     ULONG overlayPaths = ~ULONG{0};
     // While a loss is told outside live video: who tells it.
-    std::uint32_t tellingLoss = 0;
+    std::shared_ptr<std::uint32_t> tellingLoss = std::make_shared<std::uint32_t>(0);
     DWORD lossThread = 0;
 };
 

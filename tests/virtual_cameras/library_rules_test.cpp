@@ -240,6 +240,8 @@ TEST_F(DeviceLoss, IsToldOnceOutsideLiveVideoToo) {
     ASSERT_TRUE(open(m_grabber, 4));
     ASSERT_EQ(1, virtualCamerasUnplug("SIM Frame Grabber"));
     ASSERT_EQ(1, virtualCamerasUnplug("SIM Frame Grabber"));
+    ASSERT_EQ(1, virtualCamerasPlug("SIM Frame Grabber"));
+    ASSERT_EQ(1, virtualCamerasUnplug("SIM Frame Grabber"));
     EXPECT_EQ(1, m_listener.losses);
 }
 

@@ -153,6 +153,8 @@ TEST_F(Property, AnswersOnlyWhileTheDeviceIsOpenAndThere) {
         virtualCamerasUnplug("1A2B");
         EXPECT_EQ(E_FAIL, range->getValue(&number));
         virtualCamerasPlug("1A2B");
+        EXPECT_EQ(E_FAIL, range->getValue(&number)) << "it has to be opened again";
+        EXPECT_TRUE(open(grabber, 0));
         EXPECT_EQ(S_OK, range->getValue(&number));
         EXPECT_EQ(51, number);  // as after power-up
     }
