@@ -67,7 +67,7 @@ public:
     char* data() { return m_bytes.get(); }
     bool isUntouched() const {
         return std::all_of(m_bytes.get(), m_bytes.get() + size,
-                           [](char byte) { return byte == untouched; });
+                           [](char character) { return character == untouched; });
     }
     // Untouched, or a text with its terminator inside the buffer.
     bool isWhole() const { return isUntouched() || std::memchr(m_bytes.get(), 0, size) != nullptr; }

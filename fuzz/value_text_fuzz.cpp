@@ -25,6 +25,13 @@ void checkInteger(const std::string& text) {
     require(parseInteger(text) == expected, "an integer is read as the C library reads it");
 }
 
+// What the C library reads; without a sign where it reads nothing.
+double readByLibrary(const std::string& text) {
+    char* end = nullptr;
+    const double number = std::strtod(text.c_str(), &end);
+    return end != text.c_str() ? number : 0.0;
+}
+
 double expectedFloat(const std::string& text) {
     const std::string_view number = withoutSpaceAndSign(text);
     const bool isHexadecimal = number.starts_with("0x") || number.starts_with("0X");
@@ -34,12 +41,9 @@ double expectedFloat(const std::string& text) {
         // "inf" and "nan" among them, which the C library would read.
         return 0.0;
     }
-    if (isHexadecimal) {
-        // Read as far as the zero.
-        const std::size_t zero = text.size() - number.size();
-        return std::strtod(text.substr(0, zero + 1).c_str(), nullptr);
-    }
-    return std::strtod(text.c_str(), nullptr);
+    // Of a hexadecimal number the zero alone is read.
+    const std::size_t zero = text.size() - number.size();
+    return readByLibrary(isHexadecimal ? text.substr(0, zero + 1) : text);
 }
 
 void checkFloat(const std::string& text) {
