@@ -63,6 +63,14 @@ Failure CSettingChanges::refusal(const std::string& key, const Reply& reply) {
         return {ExitCode::Refused, "auto_on", key + ": refused, automatic is on", reply.message,
                 m_hintPrefix + " set \"" + *automatic + "=false\"   (or add --manual)"};
     }
+    // The adapter uses these words also when the camera's library failed.
+    if (m_settings.hasKey(normalisedKey(key)) && reply.message.starts_with("Unknown property")) {
+        return {ExitCode::Refused,
+                "failed",
+                key + ": the camera's library failed at this value",
+                reply.message,
+                {}};
+    }
     return {ExitCode::Refused,
             "refused",
             key + ": " + (reply.message.empty() ? "refused" : reply.message),

@@ -33,8 +33,13 @@ std::wstring windowText(HWND window) {
 
 }  // namespace
 
-CDialogGuard::CDialogGuard()
-    : m_end(CreateEventW(nullptr, TRUE, FALSE, nullptr)), m_thread([this] { watch(); }) {}
+// The first look is the maker's: it brings in what the window calls need, which
+// the guard's thread must not do while the maker is loading a library.
+CDialogGuard::CDialogGuard() : m_end(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
+    GetDesktopWindow();
+    lookAround();
+    m_thread = std::thread([this] { watch(); });
+}
 
 CDialogGuard::~CDialogGuard() {
     SetEvent(m_end);

@@ -33,8 +33,8 @@ private:
     HANDLE m_end;
     std::mutex m_mutex;
     std::vector<Dialog> m_closed;   // under m_mutex
-    std::vector<HWND> m_dismissed;  // the guard's thread only
-    std::thread m_thread;           // last, so that all it uses is there
+    std::vector<HWND> m_dismissed;  // the guard's thread only, once it runs
+    std::thread m_thread;
 };
 
 }  // namespace camhost

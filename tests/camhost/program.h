@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// Runs camhost.exe as a user does: arguments in, exit code and both streams out.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace camhost::test {
+
+struct Outcome {
+    int exit = -1;
+    std::string out;
+    std::string err;
+};
+
+// Of the folder that holds the programs of this build.
+std::filesystem::path programFolder();
+
+// Arguments and streams are UTF-8.
+Outcome runCamhost(const std::vector<std::string>& arguments);
+
+// As a user at the keyboard: Ctrl-C once the program has printed this on its
+// messages' stream.
+Outcome interruptCamhost(const std::vector<std::string>& arguments, const std::string& sign);
+
+// A folder of the running test, in which camhost runs.
+std::filesystem::path testFolder();
+
+std::string readFile(const std::filesystem::path& file);
+void writeFile(const std::filesystem::path& file, const std::string& text);
+std::string utf8(const std::filesystem::path& file);
+
+}  // namespace camhost::test
