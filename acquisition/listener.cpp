@@ -61,3 +61,9 @@ void CListener::unlockBuffer() {
         m_buffer->unlock();
     }
 }
+
+void CListener::releaseBuffer() noexcept {
+    if (m_handOver.hostOwnsBuffer()) {
+        m_buffer = {};
+    }
+}

@@ -46,6 +46,10 @@ public:
     // it alone during a hand-over.
     void unlockBuffer();
 
+    // Drops the handle, for the end of the channel. Leaves it alone during a
+    // hand-over.
+    void releaseBuffer() noexcept;
+
 private:
     void holdBuffer(DShowLib::smart_ptr<DShowLib::MemBuffer>&& buffer);
 

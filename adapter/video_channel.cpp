@@ -34,7 +34,10 @@ CVideoChannel::CVideoChannel(DShowLib::VideoCaptureDeviceItem item) {
     m_height = static_cast<std::int32_t>(m_grabber.getAcqSizeMaxY());
     writeSerialText();
     buildPropertyTable();
-    takeFirstReadings();
+    const auto items = m_grabber.getAvailableVCDProperties();
+    m_contrast = readFraction(items, contrastKey, DShowLib::VCDID_Contrast);
+    m_brightness = readFraction(items, brightnessKey, DShowLib::VCDID_Brightness);
+    m_exposure = readExposure();
     m_frameEvent = ::CreateEventA(nullptr, TRUE, FALSE, nullptr);
 }
 
@@ -46,6 +49,7 @@ CVideoChannel::~CVideoChannel() {
     } catch (...) {
         // Nothing is left to tell: the grabber closes its device either way.
     }
+    m_listener.releaseBuffer();
 }
 
 void CVideoChannel::openDevice(const DShowLib::VideoCaptureDeviceItem& item) {
@@ -58,13 +62,6 @@ void CVideoChannel::noticeQuirks(const DShowLib::VideoCaptureDeviceItem& item) {
     const std::string model = toNarrow(item.getFriendlyName_());
     m_rawUnshifted =
         std::find(unshiftedModels.begin(), unshiftedModels.end(), model) != unshiftedModels.end();
-}
-
-void CVideoChannel::takeFirstReadings() {
-    const auto items = m_grabber.getAvailableVCDProperties();
-    m_contrast = readFraction(items, contrastKey, DShowLib::VCDID_Contrast);
-    m_brightness = readFraction(items, brightnessKey, DShowLib::VCDID_Brightness);
-    m_exposure = readExposure();
 }
 
 double CVideoChannel::readFraction(const DShowLib::smart_com<DShowLib::IVCDPropertyItems>& items,

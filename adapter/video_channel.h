@@ -23,7 +23,8 @@
 // HOST_RESULT_SUCCESS or HOST_RESULT_FAILURE. Null texts count as empty; null
 // outputs are not written. A failing result code of a device-property interface
 // leaves as a thrown 32-bit integer, an index outside the library's lists as
-// std::out_of_range, and a text that the library throws as it is.
+// std::out_of_range, and a text that the library throws as it is; only
+// SetPropertyValue lets nothing out.
 class CVideoChannel {
 public:
     // Opens the device and takes its first readings. A device that does not open
@@ -34,7 +35,8 @@ public:
     // Stops live video first, so that no frame meets a destroyed listener.
     ~CVideoChannel();
 
-    // Facts for the host's record, as they were at construction.
+    // Facts for the host's record: as they were at construction, but for the size,
+    // which every start takes again.
     const char* deviceName() const noexcept { return m_deviceName.data(); }
     const char* serialText() const noexcept { return m_serialText.c_str(); }
     double exposure() const noexcept { return m_exposure; }
@@ -72,7 +74,6 @@ private:
     // adapter/video_channel.cpp
     void openDevice(const DShowLib::VideoCaptureDeviceItem& item);
     void noticeQuirks(const DShowLib::VideoCaptureDeviceItem& item);
-    void takeFirstReadings();
     double readFraction(const DShowLib::smart_com<DShowLib::IVCDPropertyItems>& items,
                         std::string_view key, const GUID& itemId) const;
     double readExposure() const;
@@ -89,6 +90,7 @@ private:
     bool CheckDevice();
     bool restoreDevice();
     void resumeLive();
+    void restoreTrigger();
     void unlockRing();
 
     // properties/property_table.cpp
@@ -110,7 +112,6 @@ private:
     CProperty* findProperty(std::string_view key) const;
     CExecute* findExecute(std::string_view key) const;
     bool hasProperty(std::string_view key) const { return findProperty(key) != nullptr; }
-    bool hasExecute(std::string_view key) const { return findExecute(key) != nullptr; }
 
     // properties/host_commands.cpp
     void setRangeFraction(std::string_view key, double fraction);
@@ -134,15 +135,16 @@ private:
     std::int32_t m_roiHeight = 0;
     // Manual reset. Never closed: a channel dies at most once per process.
     HANDLE m_frameEvent = nullptr;
-    // From here on the order is that of destruction, backwards: the listener goes
-    // first, and the grabber, which closes the device, last.
+    // Outlives the grabber, which is the last to deliver.
+    CListener m_listener;
+    // From here on the order is that of destruction, backwards: the grabber, which
+    // closes the device, goes last.
     DShowLib::Grabber m_grabber;
     DShowLib::smart_ptr<DShowLib::FrameHandlerSink> m_sink;
     DShowLib::smart_com<IUnknown> m_auxHandle;
     // Keys in byte order. The objects live to the end of the process.
     std::map<std::string, CProperty*, std::less<>> m_properties;
     std::map<std::string, CExecute*, std::less<>> m_executes;
-    CListener m_listener;
     CPropertyPixelFormat* m_pixelFormat = nullptr;
     // The Raw8 pixel type comes from an RGB32 sink.
     bool m_rawFromRgb32 = false;
