@@ -34,11 +34,12 @@ void copyShifted(std::uint8_t* destination, std::span<const std::uint8_t> source
     }
 }
 
-// One row of pairs. `first` and `second` are the channels of the even and the
-// odd pixel of a pair. Pairs that lie inside the source as a whole come first,
-// so that their loop asks no questions; at most one pair is cut by its end.
-void mosaicRow(std::uint8_t* destination, std::span<const std::uint8_t> source, std::size_t pairs,
-               std::size_t first, std::size_t second) {
+// One row of pairs, and how many bytes it wrote. `first` and `second` are the
+// channels of the even and the odd pixel of a pair. Pairs that lie inside the
+// source as a whole come first, so that their loop asks no questions; at most one
+// pair is cut by its end.
+std::size_t mosaicRow(std::uint8_t* destination, std::span<const std::uint8_t> source,
+                      std::size_t pairs, std::size_t first, std::size_t second) {
     constexpr std::size_t bytesPerPair = 2 * bytesPerPixel;
     const std::size_t lastByte = bytesPerPixel + second;
     const std::size_t inside =
@@ -49,27 +50,29 @@ void mosaicRow(std::uint8_t* destination, std::span<const std::uint8_t> source, 
         destination[2 * pair] = pixel[pair * bytesPerPair + first];
         destination[2 * pair + 1] = pixel[pair * bytesPerPair + lastByte];
     }
-    if (whole < pairs && whole * bytesPerPair + first < source.size()) {
-        destination[2 * whole] = pixel[whole * bytesPerPair + first];
-        destination[2 * whole + 1] = 0;
+    if (whole == pairs || whole * bytesPerPair + first >= source.size()) {
+        return 2 * whole;
     }
+    destination[2 * whole] = pixel[whole * bytesPerPair + first];
+    destination[2 * whole + 1] = 0;
+    return 2 * (whole + 1);
 }
 
 void copyMosaic(std::uint8_t* destination, std::span<const std::uint8_t> source, std::int32_t width,
                 std::int32_t height) {
-    if (width < 1) {
+    if (width < 1 || height < 1) {
         return;
     }
     const std::size_t rowBytes = static_cast<std::size_t>(width) * bytesPerPixel;
     const std::size_t pairs = (static_cast<std::size_t>(width) + 1) / 2;
     for (std::int32_t row = height - 1; row >= 0; --row) {
         const std::size_t start = static_cast<std::size_t>(row) * rowBytes;
-        if (start < source.size()) {
-            const bool odd = (row & 1) != 0;
-            mosaicRow(destination, source.subspan(start), pairs, odd ? green : blue,
-                      odd ? red : green);
+        if (start >= source.size()) {
+            continue;
         }
-        destination += 2 * pairs;
+        const bool odd = (row & 1) != 0;
+        destination += mosaicRow(destination, source.subspan(start), pairs, odd ? green : blue,
+                                 odd ? red : green);
     }
 }
 

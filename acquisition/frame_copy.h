@@ -2,8 +2,8 @@
 // Pure: the ways in which a frame reaches the host's memory.
 //
 // Bytes, rows and pixels; no locks, no allocation. Nothing is ever read past the
-// end of the source: what lies outside it is left out, and so leaves the bytes
-// of the destination that it would have filled as they were.
+// end of the source. What lies outside it is left out, so that a source smaller
+// than width x height fills no more of the destination than its own size asks for.
 #pragma once
 
 #include <cstddef>
@@ -26,7 +26,8 @@ struct FrameCopyKernels {
     // padded, bottom row first): the last source row comes first. Odd source rows
     // give green of x and red of x + 1, even ones blue of x and green of x + 1.
     // At an odd width every row is one byte longer than the width, and that byte
-    // comes from the next source row in memory, or is 0 after the last.
+    // comes from the next source row in memory, or is 0 where the source has ended.
+    // The destination is filled without gaps, also where source rows are missing.
     void (*mosaic)(std::uint8_t* destination, std::span<const std::uint8_t> source,
                    std::int32_t width, std::int32_t height);
 };
