@@ -55,6 +55,8 @@ void CVideoChannel::SelectDefaultVideoFormat() {
 }
 
 void CVideoChannel::CreateNewSink() {
+    const auto previousSink = m_sink;
+    const bool previousRaw = m_rawFromRgb32;
     SinkChoice choice = grey;
     if (m_pixelFormat->pixelType() == HOST_PIXEL_RAW8) {
         m_rawFromRgb32 = !isY800(m_grabber.getVideoFormat());
@@ -69,6 +71,13 @@ void CVideoChannel::CreateNewSink() {
              choice.trace);
     if (m_sink) {
         m_sink->setSnapMode(false);
-        m_grabber.setSinkType(DShowLib::smart_ptr<DShowLib::GrabberSinkType>(m_sink));
+        const bool accepted =
+            m_grabber.setSinkType(DShowLib::smart_ptr<DShowLib::GrabberSinkType>(m_sink));
+        // Live, the grabber goes on delivering into the sink that it has, and the
+        // copy has to know that one.
+        if (!accepted && m_grabber.isLive()) {
+            m_sink = previousSink;
+            m_rawFromRgb32 = previousRaw;
+        }
     }
 }
