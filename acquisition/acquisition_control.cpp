@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // CVideoChannel: starting, stopping and waiting, and the search for a lost device.
+#include "adapter/host_texts.h"
 #include "adapter/log_trace.h"
 #include "adapter/video_channel.h"
 #include "capture/conversions.h"
@@ -11,7 +12,6 @@
 namespace {
 
 constexpr DWORD waitMilliseconds = 1000;
-constexpr const char* noDeviceText = "No valid video capture device selected.";
 
 }  // namespace
 
@@ -125,10 +125,21 @@ bool CVideoChannel::restoreDevice() {
 
 void CVideoChannel::resumeLive() {
     if (m_triggerEnabled) {
-        if (CProperty* trigger = findProperty(triggerEnableKey); trigger != nullptr) {
-            trigger->setValue(nullptr, "true");
-        }
+        restoreTrigger();
     }
     m_grabber.startLive(false);
     ::OutputDebugStringW(L"Device restored!\n");
+}
+
+void CVideoChannel::restoreTrigger() {
+    CProperty* trigger = findProperty(triggerEnableKey);
+    if (trigger == nullptr) {
+        return;
+    }
+    try {
+        trigger->setValue(nullptr, "true");
+    } catch (...) {
+        // The result counts as little as a refusal: the camera is live again either
+        // way, and a device left open but stopped would never be searched for.
+    }
 }

@@ -3,6 +3,7 @@
 #include <span>
 
 #include "acquisition/frame_copy.h"
+#include "adapter/host_texts.h"
 #include "adapter/video_channel.h"
 #include "platform/outputs.h"
 #include "platform/text.h"
@@ -18,7 +19,7 @@ std::span<const std::uint8_t> bytesOf(const DShowLib::MemBuffer& frame) {
 
 std::int32_t CVideoChannel::GetImageInfo(char* errorText, ImageInfo* image, std::uint32_t* status) {
     if (!m_grabber.isDevValid()) {
-        writeText(errorText, 255, "No valid video capture device selected.");
+        writeText(errorText, 255, noDeviceText);
         writeIfGiven<std::uint32_t>(status, HOST_STATUS_NO_DEVICE);
         return HOST_RESULT_FAILURE;
     }

@@ -2,6 +2,7 @@
 #include "properties/executables.h"
 
 #include "adapter/host_blocks.h"
+#include "adapter/host_texts.h"
 #include "capture/result_codes.h"
 #include "platform/text.h"
 
@@ -29,7 +30,7 @@ CExecutePropertyDialog::CExecutePropertyDialog(std::string_view name, DShowLib::
 
 std::int32_t CExecutePropertyDialog::execute(char* message) {
     if (!m_grabber.isDevValid()) {
-        writeText(message, 255, "No valid video capture device selected.");
+        writeText(message, 255, noDeviceText);
         return HOST_RESULT_FAILURE;
     }
     m_grabber.showVCDPropertyPage(nullptr, DShowLib::dstringa(""));
