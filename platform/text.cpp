@@ -65,7 +65,10 @@ CBoundedText::CBoundedText(char* buffer, std::size_t bound) noexcept
 CBoundedText& CBoundedText::append(const CTextPiece& piece) noexcept {
     if (m_buffer != nullptr) {
         const std::size_t size = std::min(piece.text().size(), m_capacity - m_size);
-        std::memcpy(m_buffer + m_size, piece.text().data(), size);
+        if (size != 0) {
+            // A host may pass one buffer as a text and as the place for a message.
+            std::memmove(m_buffer + m_size, piece.text().data(), size);
+        }
         m_size += size;
         m_buffer[m_size] = '\0';
     }
