@@ -12,7 +12,6 @@ inline constexpr std::string_view rangeSuffix = " range";
 inline constexpr std::string_view switchSuffix = " switch";
 inline constexpr std::string_view stringsSuffix = " strings";
 inline constexpr std::string_view absoluteSuffix = " abs";
-inline constexpr std::string_view unknownSuffix = " ukn";
 // Companions of every range and absolute value.
 inline constexpr std::string_view minimumSuffix = " min";
 inline constexpr std::string_view maximumSuffix = " max";

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // CVideoChannel: the tables of settings and commands, built once per device.
+#include <algorithm>
+#include <array>
 #include <cstdint>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -64,6 +67,15 @@ GUID identifierOf(DShowLib::IVCDPropertyInterface& propertyInterface) {
     return identifier;
 }
 
+bool isKnownInterface(const GUID& identifier) {
+    constexpr std::array<const GUID*, 5> known = {
+        &DShowLib::IID_IVCDRangeProperty, &DShowLib::IID_IVCDSwitchProperty,
+        &DShowLib::IID_IVCDButtonProperty, &DShowLib::IID_IVCDMapStringsProperty,
+        &DShowLib::IID_IVCDAbsoluteValueProperty};
+    return std::any_of(known.begin(), known.end(),
+                       [&identifier](const GUID* id) { return *id == identifier; });
+}
+
 }  // namespace
 
 void CVideoChannel::buildPropertyTable() {
@@ -90,9 +102,12 @@ void CVideoChannel::addVCDInterfaces(DShowLib::IVCDPropertyItem& item,
         const std::string itemName = nameOf(item);
         const std::string elementName = nameOf(element);
         const GUID interfaceId = identifierOf(*each.get());
-        const GUID itemId = identifierOf(item);
-        const GUID elementId = identifierOf(element);
-        addVCDInterface(interfaceId, baseKey(itemName, elementName), itemId, elementId);
+        // Interfaces of any other kind get no key, on purpose.
+        if (isKnownInterface(interfaceId)) {
+            const GUID itemId = identifierOf(item);
+            const GUID elementId = identifierOf(element);
+            addVCDInterface(interfaceId, baseKey(itemName, elementName), itemId, elementId);
+        }
         ::OutputDebugStringW(L"\n");
     }
 }
@@ -114,7 +129,6 @@ void CVideoChannel::addVCDInterface(const GUID& interfaceId, std::string_view ba
         addRanged<CVCDPropertyAbsValue, CVCDPropertyAbsValueMin, CVCDPropertyAbsValueMax>(
             baseKey, absoluteSuffix, itemId, elementId);
     }
-    // Interfaces of any other kind get no key, on purpose.
 }
 
 template <class Value, class Minimum, class Maximum>
