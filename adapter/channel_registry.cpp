@@ -44,7 +44,7 @@ void ChannelRegistry::enumerate() {
             opened.push_back(std::move(channel));
         }
     }
-    m_channels.reserve(opened.size());
+    m_channels.reserve(m_channels.size() + opened.size());
     for (auto& channel : opened) {
         m_channels.push_back(channel.release());
     }

@@ -13,7 +13,7 @@
 namespace {
 
 // NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables): the process-wide
-// state that the adapter has, all of it.
+// state of the start-up.
 
 // The adapter's folder with its last backslash; the adapter's own path has at
 // most 260 characters.
@@ -23,8 +23,8 @@ constexpr DWORD longestModulePath = 260;
 constexpr const wchar_t* libraryPattern = L"ORV_CAPLB11*.dll";
 constexpr const wchar_t* libraryFile = L"ORV_CAPLB11_x64.dll";
 
-// OLE needs the loading thread in a single-threaded apartment; whatever the host
-// had started there is stopped first.
+// OLE needs the loading thread in a single-threaded apartment: one start of COM
+// that the host may have made there is undone first.
 struct LoadingThreadCom {
     LoadingThreadCom() noexcept {
         ::CoUninitialize();

@@ -33,8 +33,8 @@ typedef int32_t (*SetCameraParametersEntry)(char* errorText, void* context,
  * with HOST_STATUS_NO_DEVICE and a text. */
 typedef int32_t (*WaitFrameEntry)(char* errorText, void* context, uint32_t* status);
 /* Always 0, with HOST_STATUS_DONE or HOST_STATUS_NO_FRAME. The destination
- * holds width x height bytes for Mono8 and Raw8 (for Raw8 at an odd width one
- * byte more per row), three times that for RGB24. */
+ * holds, by the size at the last start, width x height bytes for Mono8 and Raw8 (for Raw8 at an odd
+ * width one byte more per row), three times that for RGB24. */
 typedef int32_t (*CopyFrameEntry)(char* errorText, void* context, void* destination,
                                   uint32_t* status);
 typedef int32_t (*StartAcquisitionEntry)(char* errorText, void* context);

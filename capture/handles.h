@@ -144,7 +144,7 @@ template <class T>
 class dvector {
 public:
     dvector() noexcept = default;
-    dvector(const dvector& other) {
+    dvector(const dvector& other) : dvector() {
         for (const T& item : other) {
             push_back(item);
         }
@@ -188,13 +188,13 @@ private:
         if (items == nullptr) {
             throw std::bad_alloc();
         }
-        for (std::uint32_t i = 0; i < m_size; ++i) {
-            ::new (static_cast<void*>(items + i)) T(m_items[i]);
-            m_items[i].~T();
+        dvector larger;
+        larger.m_items = items;
+        larger.m_capacity = capacity;
+        for (const T& item : *this) {
+            larger.push_back(item);
         }
-        ::CoTaskMemFree(m_items);
-        m_items = items;
-        m_capacity = capacity;
+        swap(larger);
     }
 
     T* m_items = nullptr;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Start and end of the capture library, and where it lives.
+// Start and end of the capture library.
 #pragma once
 
 #include "capture/export.h"

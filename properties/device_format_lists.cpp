@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <limits>
+#include <vector>
 
 #include "adapter/host_blocks.h"
 #include "capture/conversions.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "properties/feature_binding.h"
 
+#include <memory>
 #include <string>
 
 #include "adapter/host_blocks.h"
@@ -16,9 +17,8 @@ std::wstring identifierText(const GUID& identifier) {
     if (::StringFromCLSID(identifier, &text) < 0 || text == nullptr) {
         return {};
     }
-    std::wstring result(text);
-    ::CoTaskMemFree(text);
-    return result;
+    const std::unique_ptr<wchar_t, decltype(&::CoTaskMemFree)> owned(text, &::CoTaskMemFree);
+    return owned.get();
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // How settings and commands reach their interface among the device's properties.
-// Host thread. Nothing here throws: what is missing comes back empty.
+// Host thread. Binding stops quietly: what is missing comes back empty.
 #pragma once
 
 #include <cstdint>

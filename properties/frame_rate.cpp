@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <utility>
+#include <vector>
 
 #include "adapter/host_blocks.h"
 #include "capture/conversions.h"

@@ -2,6 +2,7 @@
 // CVideoChannel: commands by key, the block of camera parameters, and the serial
 // text.
 #include <array>
+#include <string>
 
 #include "adapter/video_channel.h"
 #include "platform/text.h"

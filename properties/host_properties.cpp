@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // CVideoChannel: reading and writing settings by key.
+#include <string>
+
 #include "adapter/video_channel.h"
 #include "platform/text.h"
 #include "properties/property_keys.h"

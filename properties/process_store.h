@@ -19,8 +19,7 @@ inline std::vector<const void*>& processStore() {
 template <class Object, class... Arguments>
 Object* makeForProcess(Arguments&&... arguments) {
     auto& objects = processStore();
-    objects.reserve(objects.size() + 1);
-    auto* object = new Object(std::forward<Arguments>(arguments)...);
-    objects.push_back(object);
-    return object;
+    auto object = std::make_unique<Object>(std::forward<Arguments>(arguments)...);
+    objects.push_back(object.get());
+    return object.release();
 }

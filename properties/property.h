@@ -41,7 +41,7 @@ class CPropertyPixelFormat final : public CProperty {
 public:
     using SinkHolder = DShowLib::smart_ptr<DShowLib::FrameHandlerSink>;
 
-    // The grabber is not owned; the sink holder is shared.
+    // The grabber is not owned; of the sink holder a reference is kept.
     CPropertyPixelFormat(std::string_view name, DShowLib::Grabber& grabber, SinkHolder sink);
 
     // "unkown" for a pixel type without a name. Kept: hosts match this text.
@@ -65,7 +65,7 @@ public:
     CPropertyFrameRate(std::string_view name, DShowLib::Grabber& grabber);
 
     std::int32_t getValue(char* message, char* value) override;
-    // Throws std::out_of_range when the device lists no rate at all.
+    // Throws std::out_of_range when the device has a list of rates that is empty.
     std::int32_t setValue(char* message, std::string_view value) override;
 
 private:
