@@ -53,12 +53,38 @@ TEST_F(FirstReadings, OfAnEmptyRangeAreWhatTheDivisionGives) {
 }
 
 TEST_F(FirstReadings, OfTheWidestRangeDoNotWrap) {
-    CPropertyHost host(
-        range("Contrast", "min = -2147483648, max = 2147483647, value = 2147483647"));
-    EXPECT_EQ(host.channel().contrast(), 1.0);
-    CPropertyHost lowest(
-        range("Contrast", "min = -2147483648, max = 2147483647, value = -2147483648"));
-    EXPECT_EQ(lowest.channel().contrast(), 0.0);
+    const auto contrastAt = [](const char* value) {
+        CPropertyHost host(
+            range("Contrast",
+                  ("min = -2147483648, max = 2147483647, value = " + std::string(value)).c_str()));
+        return host.channel().contrast();
+    };
+    EXPECT_EQ(contrastAt("2147483647"), 1.0);
+    EXPECT_EQ(contrastAt("-2147483648"), 0.0);
+    EXPECT_DOUBLE_EQ(contrastAt("0"), 0.50000000011641532);
+}
+
+TEST_F(FirstReadings, AreTakenInOrderAfterTheTables) {
+    CPropertyHost host(camera(R"toml(
+[[camera.item]]
+name = "Exposure"
+Value.abs = { min = 0.0, max = 30.0, value = 0.5 }
+[[camera.item]]
+name = "Brightness"
+Value.range = { min = 0, max = 10, value = 5 }
+[[camera.item]]
+name = "Contrast"
+Value.range = { min = 0, max = 10, value = 5 }
+)toml"));
+    EXPECT_THAT(libraryCalls({"Grabber::isInputChannelAvailableWithCurDev",
+                              "IVCDRangeProperty::getRangeMin", "IVCDRangeProperty::getValue",
+                              "IVCDAbsoluteValueProperty::getValue"}),
+                ElementsAre("Grabber::isInputChannelAvailableWithCurDev()",
+                            "IVCDRangeProperty::getRangeMin(Contrast,Value)",
+                            "IVCDRangeProperty::getValue(Contrast,Value)",
+                            "IVCDRangeProperty::getRangeMin(Brightness,Value)",
+                            "IVCDRangeProperty::getValue(Brightness,Value)",
+                            "IVCDAbsoluteValueProperty::getValue(Exposure,Value)"));
 }
 
 TEST_F(FirstReadings, FindTheItemByItsIdentifierNotItsName) {

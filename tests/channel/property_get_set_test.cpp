@@ -181,6 +181,9 @@ TEST_F(PropertySet, BuildsANewSinkWhileLiveOnceTheFlagIsUp) {
               refused("Can not set pixelformat, while live video is running."));
     EXPECT_EQ(sinksBuilt(host), 1U);
     EXPECT_EQ(host.get("pixelformat"), accepted("RGB24"));
+    // The grabber goes on with the sink that it runs on.
+    EXPECT_EQ(virtualCamerasDeliverFrame(cameraId), 1);
+    EXPECT_EQ(host.stop(), accepted());
 }
 
 TEST_F(PropertySet, BuildsANewSinkForAFoundFormatAndFromThenOn) {

@@ -161,6 +161,39 @@ TEST_F(PropertyKeyNames, AreWholeUpToTheirBound) {
     EXPECT_EQ(host.name(0), accepted(key));
 }
 
+TEST_F(PropertyKeyNames, OfTheGreatestLengthWorkForEveryKind) {
+    const std::string item(120, 'i');
+    const auto element = [](std::size_t suffix) { return std::string(254 - 121 - suffix, 'e'); };
+    CPropertyHost host(camera("[[camera.item]]\nname = \"" + item + "\"\n" +  //
+                              element(4) + ".abs = { min = 0.0, max = 1.0, value = 0.5 }\n" +
+                              element(7) + ".switch = true\n" +  //
+                              element(8) + ".strings = { choices = [\"a\", \"b\"] }\n" +
+                              element(0) + ".button = true\n"));
+    const std::string base = item + " ";
+    const std::string absolute = base + element(4) + " abs";
+    const std::string toggle = base + element(7) + " switch";
+    const std::string strings = base + element(8) + " strings";
+    const std::string button = base + element(0);
+    for (const std::string& key : {absolute, toggle, strings, button}) {
+        ASSERT_EQ(key.size(), 254U);
+    }
+    EXPECT_EQ(host.get(absolute), accepted("0.500000"));
+    EXPECT_EQ(host.set(absolute, "2"), refused(absolute + " "));
+    EXPECT_EQ(host.set(absolute + " max", "2"),
+              refused("Maximum values can not be set! " + absolute.substr(0, 224)));
+    EXPECT_EQ(host.get(toggle), accepted("true"));
+    EXPECT_EQ(host.set(toggle, "false"), accepted());
+    EXPECT_EQ(host.type(toggle.c_str()), 1U);
+    EXPECT_EQ(host.choice(toggle.c_str(), 1), accepted("true"));
+    EXPECT_EQ(host.get(strings), accepted("a"));
+    EXPECT_EQ(host.set(strings, "b"), accepted());
+    EXPECT_EQ(host.choice(strings.c_str(), 0), refused("Feature " + strings.substr(0, 247)));
+    EXPECT_EQ(host.execute(button), refused(button + " "));
+    EXPECT_THAT(host.names(),
+                testing::UnorderedElementsAre(absolute, toggle, strings, "pixelformat"));
+    EXPECT_THAT(host.list("execute_"), ElementsAre(button, "propertydialog"));
+}
+
 TEST_F(PropertyKeyNames, AreCutAtTheirBound) {
     const std::string element = elementForKey(255);
     CPropertyHost host(camera("[[camera.item]]\nname = \"Gain\"\n" + element +

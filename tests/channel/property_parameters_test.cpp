@@ -149,6 +149,32 @@ Value.range = { min = 0, max = 2147483647, value = 1 }
     EXPECT_EQ(host.get("contrast value range"), accepted("0"));
 }
 
+TEST_F(CameraParameters, OfARangeWithoutItsInterfaceAreDropped) {
+    loadRig(full);
+    // Contrast's value, minimum and maximum.
+    failCall("IVCDPropertyElement::QueryInterface", 1, 3);
+    CPropertyHost host;
+    ASSERT_EQ(host.get("contrast value range min").result, 1);
+    host.forgetCalls();
+    EXPECT_EQ(host.apply(block()), accepted());
+    EXPECT_THAT(host.calls({"IVCDRangeProperty::setValue"}),
+                ElementsAre("IVCDRangeProperty::setValue(Brightness,Value,0)"));
+}
+
+TEST_F(CameraParameters, TakeAMaximumThatCannotBeReadAsZero) {
+    loadRig(full);
+    // Contrast makes three of these calls, brightness the next three.
+    failCall("IVCDPropertyElement::QueryInterface", 6, 1);
+    CPropertyHost host;
+    ASSERT_EQ(host.get("brightness value range min").result, 0);
+    ASSERT_EQ(host.get("brightness value range max").result, 1);
+    host.forgetCalls();
+    EXPECT_EQ(host.apply(block()), accepted());
+    EXPECT_THAT(host.calls({"IVCDRangeProperty::setValue"}),
+                ElementsAre("IVCDRangeProperty::setValue(Contrast,Value,127)",
+                            "IVCDRangeProperty::setValue(Brightness,Value,-50)"));
+}
+
 TEST_F(CameraParameters, OfARangeHeldByItsAutomaticAreDropped) {
     CPropertyHost host(camera(R"toml(
 [[camera.item]]
