@@ -13,6 +13,19 @@ namespace {
 
 std::atomic<int> foldersMade{0};
 
+// The adapter's delayed import keeps the capture library loaded, and a loaded file
+// can not be removed.
+void unloadFrom(const std::wstring& file) {
+    constexpr int mostReferences = 10;
+    for (int i = 0; i < mostReferences; ++i) {
+        const HMODULE module = ::GetModuleHandleW(file.c_str());
+        if (module == nullptr) {
+            return;
+        }
+        ::FreeLibrary(module);
+    }
+}
+
 }  // namespace
 
 CRunFolder::CRunFolder()
@@ -24,6 +37,8 @@ CRunFolder::CRunFolder()
 }
 
 CRunFolder::~CRunFolder() {
+    unloadFrom(libraryFile());
+    unloadFrom(adapterFile());
     std::error_code ignored;
     fs::remove_all(m_path, ignored);
 }

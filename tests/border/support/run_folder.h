@@ -10,7 +10,7 @@ public:
     CRunFolder();
     CRunFolder(const CRunFolder&) = delete;
     CRunFolder& operator=(const CRunFolder&) = delete;
-    // Removes the folder. DLLs in it must be unloaded by then, or they stay behind.
+    // Unloads the DLLs of the folder and removes it: nothing of them may run by then.
     ~CRunFolder();
 
     void addAdapter() const;
