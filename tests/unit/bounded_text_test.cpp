@@ -132,6 +132,14 @@ TEST(BoundedText, NullTextCountsAsEmpty) {
     EXPECT_STREQ("[]", buffer.text());
 }
 
+TEST(BoundedText, PieceMayLieInTheBufferItself) {
+    GuardedBuffer buffer;
+    writeText(buffer.text(), 255, "abcdef");
+    writeText(buffer.text(), 255, "x", std::string_view(buffer.text(), 6));
+    EXPECT_STREQ("xx", buffer.text());
+    EXPECT_TRUE(buffer.untouchedBeyond(8));
+}
+
 TEST(BoundedText, PercentSignsAreTextAndNoFormat) {
     GuardedBuffer buffer;
     writeText(buffer.text(), 255, "Unknown property \"", "%s%n%d 100%", "\"");

@@ -2,7 +2,8 @@
 // The capture library's list.
 #include <gtest/gtest.h>
 
-#include <string>
+#include <cstdint>
+#include <stdexcept>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -116,6 +117,60 @@ TEST(Dvector, AssignmentToItselfKeepsTheItems) {
     const dvector<Item>& same = list;
     list = same;
     EXPECT_EQ((std::vector<int>{0, 1, 2}), numbersOf(list));
+}
+
+// An item whose copies fail from some number of them on.
+struct Fragile {
+    Fragile() { ++alive; }
+    Fragile(const Fragile& /*other*/) {
+        if (copiesLeft == 0) {
+            throw std::runtime_error("no more copies");
+        }
+        --copiesLeft;
+        ++alive;
+    }
+    Fragile& operator=(const Fragile&) = delete;
+    ~Fragile() { --alive; }
+
+    static inline int copiesLeft = 0;
+    static inline int alive = 0;
+};
+
+TEST(Dvector, FailingCopyOfAnItemLeavesNothingBehind) {
+    // Four items fill the list; the fifth moves them to a larger place.
+    for (int copies = 0; copies < 9; ++copies) {
+        {
+            const Fragile item;
+            dvector<Fragile> list;
+            Fragile::copiesLeft = copies;
+            std::uint32_t stored = 0;
+            EXPECT_THROW(
+                for (;;) {
+                    list.push_back(item);
+                    ++stored;
+                },
+                std::runtime_error);
+            EXPECT_EQ(stored, list.size());
+            EXPECT_EQ(static_cast<int>(stored) + 1, Fragile::alive);
+        }
+        EXPECT_EQ(0, Fragile::alive) << copies;
+    }
+}
+
+TEST(Dvector, FailingCopyOfAListLeavesNothingBehind) {
+    {
+        const Fragile item;
+        dvector<Fragile> list;
+        Fragile::copiesLeft = 3;
+        for (int i = 0; i < 3; ++i) {
+            list.push_back(item);
+        }
+        Fragile::copiesLeft = 2;
+        EXPECT_THROW(dvector<Fragile>{list}, std::runtime_error);
+        EXPECT_EQ(4, Fragile::alive);
+        EXPECT_EQ(3U, list.size());
+    }
+    EXPECT_EQ(0, Fragile::alive);
 }
 
 TEST(Dvector, LayoutIsAPointerAndTwoCounts) {

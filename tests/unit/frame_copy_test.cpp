@@ -97,7 +97,8 @@ Bytes shiftedByHand(const Bytes& source, std::int32_t width, std::int32_t height
     return result;
 }
 
-// What the mosaic leaves in a destination with whole pairs in every row.
+// What the mosaic leaves in a destination with whole pairs in every row: filled
+// without gaps, however many pairs lie outside the source.
 Bytes mosaicByHand(const Bytes& source, std::int32_t width, std::int32_t height) {
     Bytes result;
     for (std::int32_t row = height - 1; row >= 0; --row) {
@@ -106,12 +107,13 @@ Bytes mosaicByHand(const Bytes& source, std::int32_t width, std::int32_t height)
             const std::size_t pixel = (sizeOf(width, row) + static_cast<std::size_t>(x)) * 4;
             const std::size_t left = pixel + (odd ? 1 : 0);
             const std::size_t right = pixel + 4 + (odd ? 2 : 1);
-            const bool begins = left < source.size();
-            result.push_back(begins ? source[left] : untouched);
-            const std::uint8_t missing = begins ? 0 : untouched;
-            result.push_back(right < source.size() ? source[right] : missing);
+            if (left < source.size()) {
+                result.push_back(source[left]);
+                result.push_back(right < source.size() ? source[right] : 0);
+            }
         }
     }
+    result.resize(sizeOf(width + width % 2, height), untouched);
     return result;
 }
 
@@ -284,10 +286,11 @@ TEST_P(FrameCopy, MosaicWithoutPixelsWritesNothing) {
     }
 }
 
-TEST_P(FrameCopy, MosaicLeavesRowsOutsideTheSourceUntouched) {
-    // The source ends with its first row, which is the last of the destination.
-    EXPECT_EQ((Bytes{untouched, untouched, untouched, untouched, 1, 5}),
-              mosaic({1, 2, 3, 0, 4, 5, 6, 0}, 2, 3));
+TEST_P(FrameCopy, MosaicIsFilledWithoutGapsWhereSourceRowsAreMissing) {
+    // Of three rows the source holds the first, and half of the second.
+    const Bytes source = {1, 2, 3, 0, 4, 5, 6, 0, 11, 12, 13, 0};
+    const Bytes expected = {12, 0, 1, 5, untouched, untouched};
+    EXPECT_EQ(expected, mosaic(source, 2, 3));
 }
 
 TEST_P(FrameCopy, MosaicOfEverySizeAndEverySourceLength) {
