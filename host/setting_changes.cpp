@@ -71,11 +71,13 @@ Failure CSettingChanges::refusal(const std::string& key, const Reply& reply) {
                 reply.message,
                 {}};
     }
-    return {ExitCode::Refused,
-            "refused",
-            key + ": " + (reply.message.empty() ? "refused" : reply.message),
-            reply.message,
-            {}};
+    const bool named = reply.message.starts_with(normalisedKey(key));
+    return {
+        ExitCode::Refused,
+        "refused",
+        named ? reply.message : key + ": " + (reply.message.empty() ? "refused" : reply.message),
+        reply.message,
+        {}};
 }
 
 void CSettingChanges::note(Change change, bool dryRun) {

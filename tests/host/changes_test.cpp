@@ -87,7 +87,7 @@ TEST_F(Changes, SetRefusedTellsTheAdaptersWords) {
     camera().refusals["gain value range"] = "gain value range must be within 0 and 100!";
     const Outcome outcome = camhost({"--json", "set", "gain value range=101"});
     EXPECT_EQ(outcome.exit, 1);
-    EXPECT_EQ(outcome.err, "error: gain value range: gain value range must be within 0 and 100!\n");
+    EXPECT_EQ(outcome.err, "error: gain value range must be within 0 and 100!\n");
     EXPECT_THAT(outcome.out, HasSubstr("\"adapter_message\":\"gain value range must be within 0 "
                                        "and 100!\""));
 }
