@@ -12,6 +12,13 @@ namespace {
 
 class Allocation : public CChannelTest {
 protected:
+    void SetUp() override {
+        CChannelTest::SetUp();
+        if (!counted_new::isPossible()) {
+            GTEST_SKIP() << "the sanitizer of this build brings its own new";
+        }
+    }
+
     // Allocations of both threads over many frames, each waited for and copied.
     std::uint64_t overFrames(CVideoChannel& channel, std::size_t frameBytes) {
         virtualCamerasSetClock(VIRTUAL_CAMERAS_CLOCK_FAST);

@@ -5,6 +5,26 @@
 #include <cstdlib>
 #include <new>
 
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer) || __has_feature(address_sanitizer)
+#define HAS_NEW_OF_A_SANITIZER
+#endif
+#elif defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+#define HAS_NEW_OF_A_SANITIZER
+#endif
+
+#ifdef HAS_NEW_OF_A_SANITIZER
+
+bool counted_new::isPossible() noexcept {
+    return false;
+}
+void counted_new::start() noexcept {}
+std::uint64_t counted_new::stop() noexcept {
+    return 0;
+}
+
+#else
+
 namespace {
 
 std::atomic<bool> counting{false};
@@ -21,6 +41,10 @@ void* counted(void* memory) {
 }
 
 }  // namespace
+
+bool counted_new::isPossible() noexcept {
+    return true;
+}
 
 void counted_new::start() noexcept {
     allocations.store(0);
@@ -53,3 +77,5 @@ void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept {
 void operator delete(void* memory, std::size_t /*size*/, std::align_val_t /*alignment*/) noexcept {
     std::free(memory);
 }
+
+#endif

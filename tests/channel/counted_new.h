@@ -6,6 +6,9 @@
 
 namespace counted_new {
 
+// False in builds with a sanitizer that brings its own new, and would go blind
+// without it.
+bool isPossible() noexcept;
 // Counts from 0 again.
 void start() noexcept;
 // How many allocations there were since the start.
