@@ -6,31 +6,47 @@ cd "$(dirname "$0")/.."
 pictures=build/demo
 
 camhost() { scripts/wine_run.sh build/demo_windows/bin/camhost.exe "$@"; }
+# Prints the command line as it can be pasted, and runs it.
 show() {
-    echo
-    echo "\$ camhost $*"
+    local argument line="camhost"
+    for argument in "$@"; do
+        case $argument in
+            *[\ \*#]*) line+=" \"$argument\"" ;;
+            *) line+=" $argument" ;;
+        esac
+    done
+    printf '\n$ %s\n' "$line"
     camhost "$@"
 }
 
+# A refusal is part of the tour.
+refused() {
+    show "$@" && { echo "demo.sh: that should have been refused" >&2; exit 1; }
+    echo "(exit code $?)"
+}
+
 show list
+show -c 1A2B info
+show -c 1A2B props
+show -c 77C01 props -L 'videof*'
 
-mapfile -t serials < <(camhost --json list | grep -o '"serial": *"[^"]*"' | sed 's/.*"\([^"]*\)"$/\1/')
-if [ ${#serials[@]} -eq 0 ]; then
-    echo "demo.sh: no cameras" >&2
-    exit 1
-fi
-first=${serials[0]}
+refused -c 1A2B set 'exposure value abs=0.02'
+show -c 1A2B set --manual 'exposure value abs=0.02'
+refused -c 1A2B set 'gain value range=5000'
+show -c 1A2B exec 'gain one push'
 
-show -c "$first" info
-show -c "$first" props exposure
-show -c "$first" set --manual 'exposure value abs=0.02'
-show -c "$first" get 'exposure value abs' 'exposure auto switch'
+# One picture dark and one bright: what is set is visible.
+show -c 1A2B grab --manual --set 'exposure value abs=0.01' -o "$pictures/1A2B_dark.png"
+show -c 1A2B grab --manual --set 'exposure value abs=0.06' -o "$pictures/1A2B_bright.png"
+show -c 77C01 grab --demosaic fast -o "$pictures/77C01_Raw8_in_colour.png"
+count=3
 
-count=0
-for serial in "${serials[@]}"; do
-    for type in $(camhost -c "$serial" choices pixelformat --json | grep -oE '"(Mono8|Raw8|RGB24)"' | tr -d '"' | sort -u); do
-        picture=$pictures/${serial}_$type.png
-        show -q -c "$serial" grab --pixelformat "$type" -n 1 -o "$picture"
+# Each camera in each pixel type; by index, since one has no serial number.
+mapfile -t serials < <(camhost list | sed 1d | awk '{ print $2 }')
+for index in "${!serials[@]}"; do
+    for type in Mono8 Raw8 RGB24; do
+        picture=$pictures/${serials[index]//\//}_$type.png
+        show -q -c "#$index" grab --pixelformat "$type" -o "$picture"
         count=$((count + 1))
     done
 done
