@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "host/grab_run.h"
 
+#include <algorithm>
+#include <thread>
+
 #include "host/text_tools.h"
 
 namespace camhost {
@@ -9,6 +12,9 @@ namespace {
 
 constexpr double progressOnTerminal = 0.2;  // seconds between two
 constexpr double progressInLog = 2.0;
+constexpr std::size_t mostWaitingBytes = std::size_t{256} << 20U;
+constexpr unsigned mostWriters = 4;
+constexpr std::size_t fewPictures = 8;      // written before anybody wonders
 constexpr std::uint32_t searchPause = 200;  // milliseconds between two searches
 
 // Stops the video whichever way the loop is left.
@@ -83,7 +89,7 @@ GrabEnd CGrabRun::run(const std::string& videoFormat) {
                       {}};
     }
     m_counts.bytesPerFrame = frameBytes(m_layout);
-    m_files.reserve(m_plan.format == PictureFormat::None ? 0 : 64);
+    startWriting();
     m_started = m_lastSign = m_lastProgress = m_system.seconds();
     const GrabEnd end = loop(buffer);
     updateTimes();
@@ -92,7 +98,27 @@ GrabEnd CGrabRun::run(const std::string& videoFormat) {
         throw Failure{
             ExitCode::Refused, "internal", "the adapter wrote past the frame buffer", {}, {}};
     }
+    finishWriting();
     return end;
+}
+
+void CGrabRun::startWriting() {
+    if (m_plan.format != PictureFormat::None) {
+        const std::size_t capacity =
+            std::max<std::size_t>(2, mostWaitingBytes / m_counts.bytesPerFrame);
+        m_writer = std::make_unique<CPictureWriter>(
+            capacity, std::clamp(std::thread::hardware_concurrency(), 1U, mostWriters));
+    }
+}
+
+void CGrabRun::finishWriting() {
+    if (!m_writer) {
+        return;
+    }
+    if (const std::size_t waiting = m_writer->waiting(); waiting > fewPictures) {
+        m_report.message("writing the last " + std::to_string(waiting) + " pictures ...");
+    }
+    m_writer->finish();
 }
 
 GrabEnd CGrabRun::loop(CFrameBuffer& buffer) {
@@ -183,10 +209,15 @@ void CGrabRun::takeFrame(CFrameBuffer& buffer) {
 
 void CGrabRun::store(const CFrameBuffer& buffer) {
     const std::string name = m_plan.names.name(m_counts.frames);
-    writeFile(name, encodePicture(m_plan.format, m_layout, buffer.frame(),
-                                  m_plan.demosaic ? bayer() : std::nullopt, describeFrame()));
+    const auto frame = buffer.frame();
+    m_writer->add({name,
+                   m_plan.format,
+                   m_layout,
+                   {frame.begin(), frame.end()},
+                   m_plan.demosaic ? bayer() : std::nullopt,
+                   describeFrame()});
     m_files.push_back(name);
-    m_report.detail("wrote " + name);
+    m_report.detail("frame " + std::to_string(m_counts.frames) + " goes to " + name);
 }
 
 std::optional<BayerOrder> CGrabRun::bayer() const {

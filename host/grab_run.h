@@ -3,6 +3,7 @@
 // time is up, the camera is lost for good, or the user ends it. Portable.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "host/frame_buffer.h"
 #include "host/grab_counts.h"
 #include "host/grab_plan.h"
+#include "host/picture_writer.h"
 #include "host/report.h"
 #include "host/system.h"
 
@@ -42,6 +44,8 @@ private:
     void onBack();
     void takeFrame(CFrameBuffer& buffer);
     void store(const CFrameBuffer& buffer);
+    void startWriting();
+    void finishWriting();
     PngTexts describeFrame() const;
     void showProgress();
     void updateTimes();
@@ -54,6 +58,7 @@ private:
     FrameLayout m_layout;
     std::string m_videoFormat;
     std::vector<std::string> m_files;
+    std::unique_ptr<CPictureWriter> m_writer;  // none when nothing is stored
     double m_started = 0.0;
     double m_lastSign = 0.0;  // of the last frame, start or return of the camera
     double m_lostAt = 0.0;
