@@ -61,6 +61,7 @@ void virtualCamerasReset(void) {
         replaceCameras(world, standardRig());
         setClock(world, VIRTUAL_CAMERAS_CLOCK_REAL);
         world->rigChosen = false;
+        world->clockChosen = false;
         world->steppedTime = 0;
         world->pagesShown = 0;
     }
@@ -78,6 +79,7 @@ int32_t virtualCamerasLoadRig(const char* toml, char* message, uint32_t messageS
 
 void virtualCamerasSetClock(int32_t mode) {
     CWorldLock world;
+    world->clockChosen = true;
     setClock(world, mode);
 }
 

@@ -116,7 +116,7 @@ void replaceCameras(CWorldLock& world, const Rig& rig) {
 }
 
 void applyEnvironment(CWorldLock& world) {
-    if (const auto clock = environmentText("VIRTUAL_CAMERAS_CLOCK")) {
+    if (const auto clock = environmentText("VIRTUAL_CAMERAS_CLOCK"); clock && !world->clockChosen) {
         if (*clock == "fast") {
             setClock(world, VIRTUAL_CAMERAS_CLOCK_FAST);
         } else if (*clock != "real") {

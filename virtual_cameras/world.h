@@ -24,7 +24,9 @@ struct World {
 
     std::vector<std::shared_ptr<Camera>> cameras;    // in the order of the rig
     std::vector<std::shared_ptr<Session>> sessions;  // live ones, and those that are ending
-    bool rigChosen = false;  // through the control interface, so the environment does not count
+    // Through the control interface, so that the environment does not count.
+    bool rigChosen = false;
+    bool clockChosen = false;
     std::int32_t clock = VIRTUAL_CAMERAS_CLOCK_REAL;
     std::uint64_t steppedTime = 0;  // nanoseconds
     bool stepping = false;          // one thread at a time

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "tests/virtual_cameras/camera_rig.h"
+
+namespace camera_tests {
+namespace {
+
+void setVariable(const char* name, const char* value) {
+#if defined(_WIN32)
+    ::SetEnvironmentVariableA(name, value);
+#else
+    ::setenv(name, value, 1);
+#endif
+}
+
+class Environment : public ::testing::Test {
+protected:
+    void SetUp() override {
+        virtualCamerasReset();
+        setVariable("VIRTUAL_CAMERAS_CLOCK", "real");
+    }
+    void TearDown() override {
+        DShowLib::ExitLibrary();
+        setVariable("VIRTUAL_CAMERAS_RIG", "");
+        setVariable("VIRTUAL_CAMERAS_CLOCK", "");
+        virtualCamerasReset();
+    }
+    // The device names after a start with that rig.
+    static std::string devices(const char* rig) {
+        setVariable("VIRTUAL_CAMERAS_RIG", rig);
+        EXPECT_TRUE(DShowLib::InitLibrary());
+        const DShowLib::Grabber grabber;
+        std::string names;
+        for (const auto& device : toStandard(grabber.getAvailableVideoCaptureDevices_())) {
+            names += std::string(device.c_str()) + ";";
+        }
+        return names;
+    }
+    static std::string file(const std::string& content) {
+        // Other builds run the same tests at the same time.
+        const auto path = std::filesystem::temp_directory_path() /
+                          ("rig_" + std::to_string(std::random_device()()) + ".toml");
+        std::ofstream(path, std::ios::binary) << content;
+        return path.string();
+    }
+};
+
+TEST_F(Environment, NamesABuiltInRig) {
+    EXPECT_EQ("SIM Plain;", devices("no-properties"));
+}
+
+TEST_F(Environment, NamesAFile) {
+    const std::string path = file("[[camera]]\nname = \"From a file\"\n");
+    EXPECT_EQ("From a file;", devices(path.c_str()));
+    std::filesystem::remove(path);
+}
+
+TEST_F(Environment, AWrongFileIsReportedWithItsPlaceAndLeavesNoCamera) {
+    const std::string path = file("[[camera]]\nnmae = \"A\"\n");
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ("", devices(path.c_str()));
+    EXPECT_EQ(path + ":1:1: camera needs \"name\"\n", ::testing::internal::GetCapturedStderr());
+    std::filesystem::remove(path);
+}
+
+TEST_F(Environment, AMissingFileIsReported) {
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ("", devices("no-such.toml"));
+    EXPECT_EQ("no-such.toml: there is no such built-in rig, and no such file\n",
+              ::testing::internal::GetCapturedStderr());
+}
+
+TEST_F(Environment, DoesNotCountAgainstTheControlInterface) {
+    ASSERT_EQ(0, virtualCamerasChooseRig("empty", nullptr, 0));
+    EXPECT_EQ("", devices("no-properties"));
+}
+
+TEST_F(Environment, ChoosesTheClock) {
+    setVariable("VIRTUAL_CAMERAS_CLOCK", "fast");
+    ASSERT_EQ(0, virtualCamerasLoadRig("[[camera]]\nname = \"A\"\nformats = [\"Y800 (8x4)\"]\n"
+                                       "framerate = 0.001\n",
+                                       nullptr, 0));
+    ASSERT_TRUE(DShowLib::InitLibrary());
+    virtualCamerasRecordCalls(1);
+    DShowLib::Grabber grabber;
+    ASSERT_TRUE(grabber.openDev((*grabber.getAvailableVideoCaptureDevices_())[0]));
+    DShowLib::FrameHandlerSink::tCreateData data;
+    data.bufferCount = 5;
+    ASSERT_TRUE(grabber.setSinkType(DShowLib::FrameHandlerSink::create(data)));
+    ASSERT_TRUE(grabber.startLive(false));
+    EXPECT_EQ(1, virtualCamerasWaitForCall("GrabberListener::frameReady", 0, deadline, nullptr));
+}
+
+}  // namespace
+}  // namespace camera_tests
