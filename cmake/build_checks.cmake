@@ -51,6 +51,6 @@ if(VELMORA_CHECKS)
     velmora_add_check(Sources.IncludeOnlyWhatTheLayoutAllows ${scripts}/check_includes.sh)
     velmora_add_check(Sources.IncludeCheckFindsBadEdges ${scripts}/check_includes_test.sh)
     velmora_add_check(Sources.PassClangTidy ${scripts}/check_tidy.sh ${PROJECT_BINARY_DIR})
-    set_tests_properties(${VELMORA_BUILD_NAME}/Sources.PassClangTidy PROPERTIES TIMEOUT 1500
+    set_tests_properties(${VELMORA_BUILD_NAME}/Sources.PassClangTidy PROPERTIES TIMEOUT 3600
                                                                                PROCESSORS 2)
 endif()

@@ -35,14 +35,14 @@ function(velmora_add_tests name)
     endif()
     if(WIN32 AND arg_WHOLE_PROGRAM)
         add_test(NAME ${VELMORA_BUILD_NAME}/${name} COMMAND ${name})
-        set_tests_properties(${VELMORA_BUILD_NAME}/${name} PROPERTIES ${properties} TIMEOUT 600)
+        set_tests_properties(${VELMORA_BUILD_NAME}/${name} PROPERTIES ${properties} TIMEOUT 900)
     else()
         gtest_discover_tests(
             ${name}
             TEST_PREFIX ${VELMORA_BUILD_NAME}/
             DISCOVERY_MODE PRE_TEST
-            DISCOVERY_TIMEOUT 120
-            PROPERTIES ${properties} TIMEOUT 120)
+            DISCOVERY_TIMEOUT 300
+            PROPERTIES ${properties} TIMEOUT 300)
     endif()
 endfunction()
 
