@@ -3,7 +3,6 @@
 // tables of a channel point to but do not own.
 #pragma once
 
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -19,7 +18,9 @@ inline std::vector<const void*>& processStore() {
 template <class Object, class... Arguments>
 Object* makeForProcess(Arguments&&... arguments) {
     auto& objects = processStore();
-    auto object = std::make_unique<Object>(std::forward<Arguments>(arguments)...);
-    objects.push_back(object.get());
-    return object.release();
+    // The place first: nothing can fail any more once the object is there.
+    objects.push_back(nullptr);
+    auto* object = new Object(std::forward<Arguments>(arguments)...);
+    objects.back() = object;
+    return object;
 }
