@@ -203,6 +203,8 @@ TEST_F(PropertySet, BuildsNoSinkForSettingsThatNeedNone) {
     host.forgetCalls();
     EXPECT_EQ(host.set("gain value range", "7"), accepted());
     EXPECT_EQ(host.set("framerate", "30"), accepted());
+    EXPECT_EQ(host.set("framerate", "1000").result, 1);
+    EXPECT_EQ(host.set("gain value range", "1000").result, 1);
     EXPECT_EQ(host.set("binning Ä_1 value switch", "true"), accepted());
     EXPECT_EQ(host.set("videoformats", "x").result, 1);
     EXPECT_EQ(sinksBuilt(host), 0U);

@@ -161,6 +161,18 @@ TEST_F(CameraParameters, OfARangeWithoutItsInterfaceAreDropped) {
                 ElementsAre("IVCDRangeProperty::setValue(Brightness,Value,0)"));
 }
 
+TEST_F(CameraParameters, OfARangeWhoseMinimumCannotBeReadAreDropped) {
+    loadRig(full);
+    failCall("IVCDPropertyElement::QueryInterface", 5, 1);
+    CPropertyHost host;
+    ASSERT_EQ(host.get("brightness value range min").result, 1);
+    ASSERT_EQ(host.get("brightness value range max").result, 0);
+    host.forgetCalls();
+    EXPECT_EQ(host.apply(block()), accepted());
+    EXPECT_THAT(host.calls({"IVCDRangeProperty::setValue"}),
+                ElementsAre("IVCDRangeProperty::setValue(Contrast,Value,127)"));
+}
+
 TEST_F(CameraParameters, TakeAMaximumThatCannotBeReadAsZero) {
     loadRig(full);
     // Contrast makes three of these calls, brightness the next three.
