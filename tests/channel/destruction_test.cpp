@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What destroying a channel gives back, what it keeps, and in which order.
+#include <thread>
+
 #include "tests/support/channel_fixture.h"
 #include "tests/support/channel_rigs.h"
 
@@ -102,6 +104,34 @@ TEST_F(Destruction, SurvivesALibraryThatThrowsATextMeanwhile) {
     virtualCamerasFailCall("Grabber::isLive", 1, 1, VIRTUAL_CAMERAS_FAIL_THROW, 0, "gone");
     EXPECT_NO_THROW(closeChannel(channel));
     EXPECT_EQ(alive().grabbers, 0U);
+}
+
+TEST_F(Destruction, MeetsNoDeliveryOfACameraThatHidesThatItIsLive) {
+    loadRig(rigs::grey());
+    virtualCamerasSetClock(VIRTUAL_CAMERAS_CLOCK_FAST);
+    CVideoChannel& channel = makeChannel();
+    start(channel);
+    library_log::record();
+    std::uint64_t sequence = 0;
+    ASSERT_EQ(virtualCamerasWaitForCall("GrabberListener::frameReady", 0, 20000, &sequence), 1);
+    virtualCamerasFailCall("Grabber::isLive", 1, 1, VIRTUAL_CAMERAS_FAIL_FALSE, 0, "");
+    closeChannel(channel);
+    EXPECT_EQ(alive().grabbers, 0U);
+    EXPECT_EQ(alive().liveDevices, 0U);
+}
+
+TEST_F(Destruction, MeetsNoDeliveryOfACameraThatIsPulledOutMeanwhile) {
+    loadRig(rigs::grey());
+    virtualCamerasSetClock(VIRTUAL_CAMERAS_CLOCK_FAST);
+    for (int i = 0; i < 20; ++i) {
+        CVideoChannel& channel = makeChannel();
+        start(channel);
+        std::thread puller([] { virtualCamerasUnplug("1A2B"); });
+        closeChannel(channel);
+        puller.join();
+        EXPECT_EQ(alive().grabbers, 0U);
+        virtualCamerasPlug("1A2B");
+    }
 }
 
 }  // namespace

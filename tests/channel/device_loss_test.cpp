@@ -361,9 +361,20 @@ TEST_F(SmallerFrame, OfColorIsRebuiltAsFarAsItGoes) {
                                         rigs::camera("SIM", "1", "\"RGB24 (8x2)\""));
     CHostMemory frame(32);
     EXPECT_EQ(copyFrame(channel, frame), 0U);
-    EXPECT_TRUE(frame.isUntouched(0, 16)) << "rows 3 and 2 lie outside";
-    EXPECT_THAT(frame.bytes(16, 16), ElementsAre(0x40, 0x80, 0x40, 0x80, 0x41, 0x80, 0x40, 0x80,  //
-                                                 0x01, 0x40, 0x00, 0x40, 0x01, 0x40, 0x00, 0x40));
+    // Rows 3 and 2 lie outside; the others come without a gap.
+    EXPECT_TRUE(frame.isUntouched(16, 16));
+    EXPECT_THAT(frame.bytes(0, 16), ElementsAre(0x40, 0x80, 0x40, 0x80, 0x41, 0x80, 0x40, 0x80,  //
+                                                0x01, 0x40, 0x00, 0x40, 0x01, 0x40, 0x00, 0x40));
+}
+
+TEST_F(SmallerFrame, OfRawLeavesTheLastRowAloneInALargerBufferToo) {
+    CVideoChannel& channel =
+        restoredAs(rigs::camera("SIM", "1", "\"BY8 (8x4)\", \"Y800 (8x4)\""),
+                   rigs::camera("SIM", "1", "\"Y800 (8x8)\"", "colour = true"));
+    CHostMemory frame(32);
+    EXPECT_EQ(copyFrame(channel, frame), 0U);
+    EXPECT_FALSE(frame.isUntouched(16, 7));
+    EXPECT_TRUE(frame.isUntouched(23, 9));
 }
 
 TEST_F(SmallerFrame, IsNotWhatALargerOneGives) {
@@ -375,6 +386,27 @@ TEST_F(SmallerFrame, IsNotWhatALargerOneGives) {
     ImageInfo image{};
     EXPECT_EQ(channel.GetImageInfo(nullptr, &image, nullptr), 0);
     EXPECT_EQ(image.width, 16) << "read from the camera at every call";
+}
+
+TEST_F(DeviceLoss, GoesLiveAgainWhenTheTriggerCanNotBeWritten) {
+    loadRig(rigs::grey(rigs::trigger));
+    CVideoChannel& channel = makeChannel();
+    start(channel);
+    enableTrigger(channel);
+    virtualCamerasUnplug("1A2B");
+    virtualCamerasPlug("1A2B");
+    virtualCamerasFailCall("IVCDSwitchProperty::setSwitch", 1, 1, VIRTUAL_CAMERAS_FAIL_CODE,
+                           static_cast<std::int32_t>(0x80004005), "");
+    recordAll();
+    const std::int32_t balance = win32::comBalance();
+    WaitOutcome outcome;
+    EXPECT_NO_THROW(outcome = waitInVain(channel));
+    EXPECT_EQ(outcome.result, 0);
+    EXPECT_EQ(outcome.status, 4096U);
+    EXPECT_EQ(win32::comBalance(), balance);
+    EXPECT_THAT(library_log::lines({"Grabber::startLive"}),
+                ElementsAre("Grabber::startLive(false) -> true"));
+    EXPECT_THAT(win32::debuggerTexts(), ElementsAre("Device lost!\n", "Device restored!\n"));
 }
 
 }  // namespace

@@ -100,11 +100,12 @@ TEST_F(FrameSink, IsStoredBeforeTheOldOneIsReleased) {
     EXPECT_EQ(setProperty(channel, "pixelformat", "mono8"), "");
     recordAll();
     EXPECT_EQ(setProperty(channel, "pixelformat", "mono8"), "");
-    EXPECT_THAT(library_log::operations({"FrameHandlerSink::", "Grabber::setSinkType"}),
-                ElementsAre("FrameHandlerSink::create", "FrameHandlerSink::~FrameHandlerSink",
-                            "FrameHandlerSink::setSnapMode", "Grabber::setSinkType",
-                            // The grabber's own old sink.
-                            "FrameHandlerSink::~FrameHandlerSink"));
+    EXPECT_THAT(
+        library_log::operations({"FrameHandlerSink::", "Grabber::setSinkType"}),
+        ElementsAre("FrameHandlerSink::create", "FrameHandlerSink::setSnapMode",
+                    "Grabber::setSinkType",
+                    // The grabber's own old sink, then the channel's.
+                    "FrameHandlerSink::~FrameHandlerSink", "FrameHandlerSink::~FrameHandlerSink"));
     EXPECT_EQ(alive().sinks, 1U);
 }
 
@@ -233,6 +234,77 @@ TEST_F(FrameSink, IsMadeAgainWhileLiveOnlyForAFlagThatWasRaisedBefore) {
     EXPECT_EQ(status.value(), 0U);
     EXPECT_FALSE(frame.isUntouched());
     EXPECT_EQ(channel.StopAcquisition(text), 0);
+}
+
+class SinkWhileLive : public CChannelTest {
+protected:
+    // A colour camera that delivers RGB24; the flag for a new sink is up.
+    CVideoChannel& liveInColor() {
+        loadRig(rigs::color());
+        CVideoChannel& channel = makeChannel();
+        EXPECT_EQ(setProperty(channel, "pixelformat", "RGB24"), "");
+        start(channel);
+        return channel;
+    }
+    static void expectAWholeFrame(CVideoChannel& channel) {
+        ASSERT_EQ(waitForDelivery(channel, "3C4D").status, 0U);
+        CHostMemory frame(96);
+        EXPECT_EQ(copyFrame(channel, frame), 0U);
+        EXPECT_EQ(frame[24], 0x02);
+        EXPECT_EQ(frame[48], 0x01);
+        EXPECT_EQ(frame[95], 0x80);
+    }
+    static void refusePixelFormat(CVideoChannel& channel) {
+        EXPECT_EQ(setProperty(channel, "pixelformat", "Mono8"),
+                  "Can not set pixelformat, while live video is running.");
+    }
+};
+
+TEST_F(SinkWhileLive, GoesOnDeliveringAfterARefusedSet) {
+    CVideoChannel& channel = liveInColor();
+    refusePixelFormat(channel);
+    expectAWholeFrame(channel);
+    EXPECT_EQ(alive().sinks, 1U);
+}
+
+TEST_F(SinkWhileLive, StaysInUseOverStopAndStart) {
+    CVideoChannel& channel = liveInColor();
+    refusePixelFormat(channel);
+    stop(channel);
+    start(channel);
+    expectAWholeFrame(channel);
+}
+
+TEST_F(SinkWhileLive, HasItsRingUnlockedByAStopAfterARefusedSet) {
+    CVideoChannel& channel = liveInColor();
+    ASSERT_EQ(waitForDelivery(channel, "3C4D").status, 0U);
+    refusePixelFormat(channel);
+    recordAll();
+    stop(channel);
+    EXPECT_EQ(library_log::operations({"MemBuffer::unlock"}).size(), 6U);
+    EXPECT_EQ(virtualCamerasBufferLocks("3C4D", 0), 0);
+}
+
+TEST_F(SinkWhileLive, KeepsTheOriginOfRawThatItWasMadeFor) {
+    // The norm's format changes without a new sink: grey frames go on coming.
+    loadRig(
+        "[[camera]]\nname = \"SIM Video\"\nserial = \"1\"\ncurrent_norm = \"GREY\"\n"
+        "scene = \"counter\"\n"
+        "[[camera.norm]]\nname = \"GREY\"\nformats = [\"BY8 (8x4)\", \"Y800 (8x4)\"]\n"
+        "[[camera.norm]]\nname = \"COLOR\"\nformats = [\"RGB24 (8x4)\"]\n");
+    CVideoChannel& channel = makeChannel();
+    EXPECT_EQ(setProperty(channel, "pixelformat", "raw8"), "");
+    EXPECT_EQ(setProperty(channel, "videonorm", "COLOR"), "");
+    start(channel);
+    EXPECT_EQ(setProperty(channel, "pixelformat", "raw8"),
+              "Can not set pixelformat, while live video is running.");
+    ASSERT_EQ(waitForDelivery(channel, "1").status, 0U);
+    CHostMemory frame(32);
+    EXPECT_EQ(copyFrame(channel, frame), 0U);
+    // Moved by one row and one column, as grey frames are: the rest is untouched.
+    EXPECT_TRUE(frame.isUntouched(7, 1));
+    EXPECT_TRUE(frame.isUntouched(24, 8));
+    EXPECT_FALSE(frame.isUntouched(0, 7));
 }
 
 }  // namespace

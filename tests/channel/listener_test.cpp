@@ -1,8 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The listener alone: which frame it takes, and what it locks.
 #include "acquisition/listener.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
 #include "tests/support/channel_fixture.h"
 #include "tests/support/channel_rigs.h"
+#include "virtual_cameras/buffers.h"
 
 namespace {
 
@@ -221,6 +227,72 @@ TEST_F(Listener, LeavesTheOtherNotificationsAlone) {
     EXPECT_THAT(library_log::lines(), IsEmpty());
     EXPECT_THAT(win32Calls({}), IsEmpty());
     EXPECT_EQ(listener.readyBuffer(), nullptr);
+}
+
+// Lets whoever drops the last handle of a buffer wait until the test goes on.
+class CGate {
+public:
+    void pass() {
+        std::unique_lock lock(m_mutex);
+        m_reached = true;
+        m_changed.notify_all();
+        m_changed.wait(lock, [this] { return m_open; });
+    }
+    void waitUntilReached() {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_reached; });
+    }
+    void open() {
+        const std::lock_guard guard(m_mutex);
+        m_open = true;
+        m_changed.notify_all();
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_reached = false;
+    bool m_open = false;
+};
+
+class CGatedBuffer : public DShowLib::MemBuffer {
+public:
+    explicit CGatedBuffer(CGate& gate) : MemBuffer(new Implementation(9, 32)), m_gate(gate) {}
+    ~CGatedBuffer() { m_gate.pass(); }
+
+private:
+    CGate& m_gate;
+};
+
+TEST_F(Listener, KeepsTheHostFromABufferWhoseHandOverIsNotOver) {
+    CGate gate;
+    CListener listener;
+    listener.beginWait(m_event);
+    listener.frameReady(*m_grabber, DShowLib::smart_ptr<CGatedBuffer>(new CGatedBuffer(gate)), 1);
+    listener.unlockBuffer();
+    listener.clearReady();
+    ResetEvent(m_event);
+    recordAll();
+
+    // The next frame's hand-over stops where it drops the old handle; the host's
+    // wait times out meanwhile.
+    listener.beginWait(m_event);
+    std::thread delivery([&] { deliver(listener, 1); });
+    gate.waitUntilReached();
+    listener.endWait();
+    EXPECT_TRUE(listener.isHandingOver());
+    listener.unlockBuffer();
+    listener.releaseBuffer();
+    EXPECT_THAT(locks(), IsEmpty());
+    EXPECT_FALSE(isSignalled());
+
+    gate.open();
+    delivery.join();
+    EXPECT_FALSE(listener.isHandingOver());
+    EXPECT_EQ(listener.readyBuffer(), (*m_buffers)[1].get());
+    EXPECT_EQ(lockCount(1), 1);
+    EXPECT_TRUE(isSignalled());
+    listener.unlockBuffer();
 }
 
 }  // namespace
