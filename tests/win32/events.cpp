@@ -2,6 +2,7 @@
 // Events, and waiting for them.
 #include <chrono>
 #include <new>
+#include <unordered_set>
 
 #include "tests/win32/call_log.h"
 
@@ -16,6 +17,28 @@ struct Event {
 };
 
 std::atomic<std::uint64_t> numberOfLast{0};
+
+// The system keeps every open event, also one whose handle nobody knows any more.
+class COpenEvents {
+public:
+    void add(const Event* event) {
+        const std::lock_guard guard(m_mutex);
+        m_events.insert(event);
+    }
+    void remove(const Event* event) {
+        const std::lock_guard guard(m_mutex);
+        m_events.erase(event);
+    }
+
+private:
+    std::mutex m_mutex;
+    std::unordered_set<const Event*> m_events;
+};
+
+COpenEvents& openEvents() {
+    static COpenEvents& events = *new COpenEvents;
+    return events;
+}
 
 Event* eventOf(HANDLE handle) {
     if (handle == nullptr || handle == INVALID_HANDLE_VALUE) {
@@ -57,6 +80,7 @@ HANDLE createEvent(const char* function, BOOL manualReset, BOOL signalled) {
     event->number = numberOfLast.fetch_add(1, std::memory_order_relaxed) + 1;
     event->manualReset = manualReset != FALSE;
     event->signalled = signalled != FALSE;
+    openEvents().add(event);
     win32::detail::events.add();
     return event;
 }
@@ -132,6 +156,7 @@ BOOL CloseHandle(HANDLE handle) {
     if (event == nullptr) {
         return FALSE;
     }
+    openEvents().remove(event);
     delete event;
     win32::detail::events.remove();
     return TRUE;
