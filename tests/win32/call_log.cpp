@@ -10,6 +10,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <functional>
+#include <map>
+#include <mutex>
 
 #include "tests/win32/win32_log.h"
 
@@ -57,6 +60,39 @@ Call callOf(std::uint64_t sequence, const Entry& entry) {
     return {sequence, entry.name, std::string(text, entry.size), entry.threadId};
 }
 
+// Work that tests have put inside calls.
+struct InsideCalls {
+    std::mutex mutex;
+    std::map<std::string, std::function<void()>, std::less<>> work;
+};
+
+constinit std::atomic<bool> anyInside{false};
+
+// Outlives every other static object, whichever asks last.
+InsideCalls& inside() {
+    static InsideCalls* const instance = new InsideCalls;
+    return *instance;
+}
+
+void runWorkInside(const char* name) {
+    std::function<void()> work;
+    {
+        const std::lock_guard guard(inside().mutex);
+        const auto found = inside().work.find(name);
+        if (found == inside().work.end()) {
+            return;
+        }
+        work = found->second;
+    }
+    work();
+}
+
+void endInside() {
+    const std::lock_guard guard(inside().mutex);
+    inside().work.clear();
+    anyInside.store(false);
+}
+
 // Waits for another post, at most until the deadline and at most 10 ms, since
 // another waiter may have taken the post that was meant for this one.
 void awaitPost(std::chrono::steady_clock::time_point deadline) {
@@ -71,9 +107,7 @@ void awaitPost(std::chrono::steady_clock::time_point deadline) {
     sem_timedwait(&posted(), &until);
 }
 
-}  // namespace
-
-void detail::record(const char* name, std::string_view arguments) {
+void writeEntry(const char* name, std::string_view arguments) {
     const std::uint64_t place = taken.fetch_add(1, std::memory_order_relaxed);
     if (place >= capacity) {
         return;
@@ -97,6 +131,25 @@ void detail::record(const char* name, std::string_view arguments) {
     sem_post(&posted());
 }
 
+}  // namespace
+
+void detail::record(const char* name, std::string_view arguments) {
+    writeEntry(name, arguments);
+    if (anyInside.load(std::memory_order_relaxed)) {
+        runWorkInside(name);
+    }
+}
+
+void runInside(std::string_view name, std::function<void()> work) {
+    const std::lock_guard guard(inside().mutex);
+    if (work) {
+        inside().work[std::string(name)] = std::move(work);
+    } else {
+        inside().work.erase(std::string(name));
+    }
+    anyInside.store(!inside().work.empty());
+}
+
 void reset() {
     const std::uint64_t count = stored();
     for (std::uint64_t i = 0; i < count; ++i) {
@@ -106,6 +159,7 @@ void reset() {
         entry.published.store(false, std::memory_order_relaxed);
     }
     taken.store(0, std::memory_order_release);
+    endInside();
     detail::resetInjected();
     detail::resetModules();
     detail::resetMessageBoxes();

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -36,7 +37,7 @@ struct Call {
 };
 
 // Empties the log and the message boxes, and gives every call its own answer
-// again (injected results, module path, files). Open handles, allocations and
+// again (injected results, work inside calls, module path, files). Open handles, allocations and
 // COM counts stay, since they belong to whoever made them. Only while no other
 // thread is inside the subset.
 void reset();
@@ -64,6 +65,11 @@ void injectResults(std::string_view name, std::initializer_list<std::int64_t> re
 // As above, for every call from now on, after the listed ones are used up.
 void injectAlways(std::string_view name, std::int64_t result);
 void clearInjected();
+
+// Runs `work` inside every further call of `name`, on the calling thread, when the
+// call is in the log and before it acts: holds a thread at a chosen place. An empty
+// function ends that. The work must not call `name` itself.
+void runInside(std::string_view name, std::function<void()> work);
 
 // What GetModuleFileNameW answers; at first "C:\adapter\velmora_adapter.dll".
 void setModulePath(std::wstring path);
