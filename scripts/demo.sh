@@ -10,8 +10,8 @@ scripts/setup.sh demo
 echo "== Building the adapter, the virtual cameras and camhost for Windows"
 mkdir -p build
 log=build/demo_build.log
-if ! { cmake --preset windows -B build/demo_windows -D VELMORA_TESTS=OFF &&
-    cmake --build build/demo_windows; } >"$log" 2>&1; then
+if ! { cmake --preset windows &&
+    cmake --build --preset windows --target velmora_adapter virtual_cameras camhost; } >"$log" 2>&1; then
     tail -n 100 "$log" >&2
     echo "demo.sh: the build failed; all of its output is in $log" >&2
     exit 1

@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 pictures=build/demo
 
-camhost() { scripts/wine_run.sh build/demo_windows/bin/camhost.exe "$@"; }
+camhost() { scripts/wine_run.sh build/windows/bin/camhost.exe "$@"; }
 # Prints the command line as it can be pasted, and runs it.
 show() {
     local argument line="camhost"

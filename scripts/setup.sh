@@ -6,13 +6,13 @@
 set -euo pipefail
 
 demo_packages=(
-    cmake g++ g++-mingw-w64-x86-64-posix ninja-build
+    cmake g++ g++-mingw-w64-x86-64-posix googletest ninja-build
     libcli11-dev libstb-dev libtomlplusplus-dev nlohmann-json3-dev
     wine wine64 xvfb
 )
 test_packages=(
     "${demo_packages[@]}"
-    clang-14 clang-format-14 clang-tidy-14 googletest libclang-rt-14-dev
+    clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev
 )
 
 case ${1:-} in
