@@ -26,7 +26,7 @@ CPictureWriter::~CPictureWriter() {
 
 void CPictureWriter::throwFailure() {
     if (m_failure) {
-        throw *m_failure;
+        throw Failure(*m_failure);
     }
 }
 
