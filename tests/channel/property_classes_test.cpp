@@ -180,6 +180,35 @@ TEST_P(StandardCameraCalls, AreAmongThosePromised) {
     EXPECT_THAT(otherCalls(), IsEmpty());
 }
 
+TEST_P(StandardCameraCalls, LeaveNothingOfTheLibraryBehind) {
+    chooseRig("standard");
+    CPropertyHost host(static_cast<std::uint32_t>(GetParam()));
+    const VirtualCamerasAlive before = alive();
+    const auto expectAsBefore = [&before](const std::string& key) {
+        const VirtualCamerasAlive now = alive();
+        EXPECT_EQ(now.items, before.items) << key;
+        EXPECT_EQ(now.sinks, before.sinks) << key;
+        EXPECT_EQ(now.interfaces, before.interfaces) << key;
+        EXPECT_EQ(now.grabbers, before.grabbers) << key;
+    };
+    for (const std::string& key : host.list("feature_")) {
+        const Answer answer = host.get(key);
+        expectAsBefore("get " + key);
+        host.choice(key.c_str(), 0);
+        expectAsBefore("choice " + key);
+        host.set(key, "no such value");
+        expectAsBefore("refused set " + key);
+        host.set(key, answer.value);
+        expectAsBefore("set " + key);
+    }
+    for (const std::string& command : host.list("execute_")) {
+        host.execute(command);
+        expectAsBefore(command);
+    }
+    host.apply(CameraParameterBlock{});
+    expectAsBefore("parameters");
+}
+
 INSTANTIATE_TEST_SUITE_P(OfTheStandardRig, StandardCameraCalls, testing::Range(0, 5));
 
 }  // namespace

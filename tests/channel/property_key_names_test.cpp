@@ -223,6 +223,33 @@ TEST_F(PropertyKeyNames, KeepTheirNumberWhenCut) {
     EXPECT_EQ(host.list("feature_").size(), 13U);
 }
 
+// One element's range has a limit key of 254 characters, and the cut key of the other
+// element's switch is the very same.
+std::string collidingElements(bool switchFirst) {
+    const std::string name(254 - std::string("gain  range min").size(), 'x');
+    const std::string range = name + ".range = { min = 1, max = 10, value = 5 }\n";
+    const std::string toggle = "\"" + name + " range minimum\".switch = true\n";
+    return camera("[[camera.item]]\nname = \"Gain\"\n" +
+                  (switchFirst ? toggle + range : range + toggle));
+}
+
+TEST_F(PropertyKeyNames, OfLimitsReplaceWhatStoodThereBefore) {
+    const std::string key = "gain " + std::string(239, 'x') + " range";
+    ASSERT_EQ((key + " min").size(), 254U);
+    CPropertyHost host(collidingElements(true));
+    EXPECT_EQ(host.get(key), accepted("5"));
+    EXPECT_EQ(host.get(key + " min"), accepted("1"));
+    EXPECT_EQ(host.list("feature_").size(), 4U);
+}
+
+TEST_F(PropertyKeyNames, OfLimitsAreKeptClearOfByLaterKeys) {
+    const std::string key = "gain " + std::string(239, 'x') + " range";
+    CPropertyHost host(collidingElements(false));
+    EXPECT_EQ(host.get(key + " min"), accepted("1"));
+    EXPECT_EQ(host.get(key + " mi1"), accepted("true"));
+    EXPECT_EQ(host.list("feature_").size(), 5U);
+}
+
 TEST_F(PropertyKeyNames, OfLimitsMayPassTheBoundAndAreCutWhenListed) {
     const std::string element(300, 'x');
     CPropertyHost host(camera("[[camera.item]]\nname = \"Gain\"\n" + element +

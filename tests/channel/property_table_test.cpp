@@ -180,6 +180,39 @@ Value.unknown = "{99B44940-BFE1-4083-ADA1-BE703F4B8E07}"
     EXPECT_THAT(win32::debuggerTexts(), ElementsAre("\n", "\n\nAll Properties:\n"));
 }
 
+TEST_F(PropertyTable, KnowsAnInterfaceByItsWholeIdentifier) {
+    CPropertyHost host(camera(R"toml(
+[[camera.item]]
+name = "Gain"
+A.unknown = "{99B44940-BFE1-4083-ADA1-BE703F4B8E02}"
+B.unknown = "{99B44940-BFE1-4083-ADA1-BE703F4B8E09}"
+C.unknown = "{99B44940-BFE1-4083-ADA1-BE713F4B8E03}"
+D.unknown = "{99B44941-BFE1-4083-ADA1-BE703F4B8E04}"
+E.unknown = "{99B44940-BFE1-4083-ADA1-BE703F4B8D05}"
+)toml"));
+    EXPECT_THAT(host.list("feature_"), ElementsAre("pixelformat"));
+    EXPECT_THAT(host.list("execute_"), ElementsAre("propertydialog"));
+    EXPECT_EQ(win32::debuggerTexts().size(), 6U);
+}
+
+TEST_F(PropertyTable, PassesOverMembersThatAreNotThere) {
+    for (const char* operation : {"IVCDPropertyItems::getItem", "IVCDPropertyItem::getItem",
+                                  "IVCDPropertyElement::getItem"}) {
+        loadRig(camera(R"toml(
+[[camera.item]]
+name = "Gain"
+Value.switch = true
+[[camera.item]]
+name = "Focus"
+Value.switch = true
+)toml"));
+        emptyCall(operation);
+        CPropertyHost host;
+        EXPECT_THAT(host.list("feature_"), ElementsAre("focus value switch", "pixelformat"))
+            << operation;
+    }
+}
+
 TEST_F(PropertyTable, GivesItemsAndElementsWithoutInterfacesNoKey) {
     CPropertyHost host(camera(R"toml(
 [[camera.item]]

@@ -190,6 +190,19 @@ TEST_F(TriggerParameters, StartUnset) {
     EXPECT_THAT(host.calls({"IVCDSwitchProperty::setSwitch"}), IsEmpty());
 }
 
+TEST_F(TriggerParameters, SkipTheModeAtARestoreWithAnUnboundSwitch) {
+    loadRig(trigger("false"));
+    failCall("IVCDPropertyElement::QueryInterface", 1, 1);
+    CPropertyHost host;
+    ASSERT_EQ(host.get("trigger enable switch").result, 1);
+    ASSERT_EQ(host.start(), accepted());
+    ASSERT_EQ(host.apply(block(1, 0)), accepted());
+    host.forgetCalls();
+    waitThroughRestore(host);
+    EXPECT_THAT(host.calls({"IVCDSwitchProperty::setSwitch", "Grabber::startLive"}),
+                ElementsAre("Grabber::startLive(false)"));
+}
+
 TEST_F(TriggerParameters, SkipTheModeAtARestoreWithoutTheSwitch) {
     CPropertyHost host(camera("formats = [\"Y800 (640x480)\"]\n"));
     ASSERT_EQ(host.start(), accepted());
