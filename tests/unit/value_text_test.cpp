@@ -161,8 +161,9 @@ TEST(ParseFloat, NegativeZeroKeepsItsSign) {
 }
 
 TEST(ParseFloat, NoNumberAtAllIsZeroWithoutASign) {
-    EXPECT_FALSE(std::signbit(parseFloat("-")));
-    EXPECT_FALSE(std::signbit(parseFloat("-x")));
+    for (const char* text : {"-", "-x", "-.", "-.e3", "-inf"}) {
+        EXPECT_FALSE(std::signbit(parseFloat(text))) << text;
+    }
 }
 
 TEST(ParseFloat, RoundsToTheNearestDouble) {
