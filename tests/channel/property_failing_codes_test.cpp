@@ -209,18 +209,18 @@ TEST_F(FailingCodes, OfTheTableBuildLeaveTheConstruction) {
     for (const char* operation : buildingCalls) {
         for (const std::int32_t code : codes) {
             loadRig(full);
-            const std::uint32_t items = alive().items;
-            const std::uint32_t sinks = alive().sinks;
+            const VirtualCamerasAlive before = alive();
             failWith(operation, code);
             EXPECT_EQ(thrownCode([] { const CPropertyHost host; }), code) << operation;
             virtualCamerasClearFailures();
             // Nothing of the half-made channel is left but the pixel format, which
             // shares no sink that was built after it.
-            EXPECT_EQ(alive().grabbers, 0U) << operation;
-            EXPECT_EQ(alive().openDevices, 0U) << operation;
-            EXPECT_EQ(alive().listeners, 0U) << operation;
-            EXPECT_EQ(alive().sinks, sinks) << operation;
-            EXPECT_EQ(alive().items, items) << operation;
+            const VirtualCamerasAlive after = alive();
+            EXPECT_EQ(after.grabbers, before.grabbers) << operation;
+            EXPECT_EQ(after.openDevices, before.openDevices) << operation;
+            EXPECT_EQ(after.listeners, before.listeners) << operation;
+            EXPECT_EQ(after.sinks, before.sinks) << operation;
+            EXPECT_EQ(after.items, before.items) << operation;
         }
     }
 }
