@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <memory>
 #include <new>
@@ -42,10 +44,19 @@ struct Refused {
     Refused() { throw std::runtime_error("refused"); }
 };
 
-TEST(ProcessStore, ObjectThatIsNotMadeLeavesTheStoreAlone) {
-    const std::size_t before = processStore().size();
+std::ptrdiff_t storedObjects() {
+    const auto& store = processStore();
+    return std::count_if(store.begin(), store.end(),
+                         [](const void* object) { return object != nullptr; });
+}
+
+TEST(ProcessStore, ObjectThatIsNotMadeIsNotStored) {
+    const std::ptrdiff_t before = storedObjects();
     EXPECT_THROW(makeForProcess<Refused>(), std::runtime_error);
-    EXPECT_EQ(before, processStore().size());
+    EXPECT_EQ(before, storedObjects());
+    const Named* next = makeForProcess<Named>("next", nullptr);
+    EXPECT_EQ(before + 1, storedObjects());
+    EXPECT_EQ(next, processStore().back());
 }
 
 #if GTEST_HAS_DEATH_TEST
