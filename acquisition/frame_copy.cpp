@@ -65,6 +65,8 @@ void copyMosaic(std::uint8_t* destination, std::span<const std::uint8_t> source,
     }
     const std::size_t rowBytes = static_cast<std::size_t>(width) * bytesPerPixel;
     const std::size_t pairs = (static_cast<std::size_t>(width) + 1) / 2;
+    // A larger buffer has no row after the last one either.
+    source = source.first(std::min(source.size(), rowBytes * static_cast<std::size_t>(height)));
     for (std::int32_t row = height - 1; row >= 0; --row) {
         const std::size_t start = static_cast<std::size_t>(row) * rowBytes;
         if (start >= source.size()) {

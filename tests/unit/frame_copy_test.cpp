@@ -275,6 +275,8 @@ TEST_P(FrameCopy, MosaicOfAnOddWidthTakesOneByteFromTheNextSourceRow) {
 TEST_P(FrameCopy, MosaicOfAnOddWidthHasZeroAfterTheLastSourceRow) {
     EXPECT_EQ((Bytes{1, 0}), mosaic({1, 2, 3, 0}, 1, 1));
     EXPECT_EQ((Bytes{6, 0, 1, 6}), mosaic({1, 2, 3, 0, 5, 6, 7, 0}, 1, 2));
+    // Also where the buffer is larger than the frame.
+    EXPECT_EQ((Bytes{1, 0}), mosaic({1, 2, 3, 0, 5, 6, 7, 0}, 1, 1));
 }
 
 TEST_P(FrameCopy, MosaicWithoutPixelsWritesNothing) {
