@@ -84,7 +84,7 @@ void clearMisuses() {
 }
 
 AliveCounts& alive() noexcept {
-    static AliveCounts& counts = *new AliveCounts;
+    static AliveCounts counts;
     return counts;
 }
 
