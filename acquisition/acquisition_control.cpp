@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // CVideoChannel: starting, stopping and waiting, and the search for a lost device.
-#include "adapter/host_texts.h"
-#include "adapter/log_trace.h"
 #include "adapter/video_channel.h"
 #include "capture/conversions.h"
+#include "capture/no_device.h"
 #include "platform/com_apartment.h"
+#include "platform/log_trace.h"
 #include "platform/outputs.h"
 #include "platform/text.h"
 #include "properties/property_keys.h"

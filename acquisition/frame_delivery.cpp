@@ -3,8 +3,8 @@
 #include <span>
 
 #include "acquisition/frame_copy.h"
-#include "adapter/host_texts.h"
 #include "adapter/video_channel.h"
+#include "capture/no_device.h"
 #include "platform/outputs.h"
 #include "platform/text.h"
 

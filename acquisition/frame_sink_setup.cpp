@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // CVideoChannel: which frames the sink delivers.
 #include "acquisition/color_formats.h"
-#include "adapter/log_trace.h"
 #include "adapter/video_channel.h"
 #include "capture/conversions.h"
-#include "capture/lists.h"
+#include "capture/video_formats.h"
+#include "platform/log_trace.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <span>
 
 #include "acquisition/hand_over.h"
-#include "capture/grabber.h"
+#include "capture/capture_library.h"
 
 // frameReady runs on the delivery thread; everything else on the host thread.
 // No mutex is taken. While nobody waits, the delivery thread touches neither the

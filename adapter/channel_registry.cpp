@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "capture/capture_library.h"
 #include "capture/conversions.h"
-#include "capture/library.h"
 #include "platform/checked_access.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "adapter/video_channel.h"
-#include "adapter/video_channel_record.h"
+#include "velmora/video_channel_record.h"
 
 // Fills the record for one channel: everything but its two gaps.
 void fillRecord(VideoChannelRecord& record, CVideoChannel& channel);

@@ -5,10 +5,10 @@
 
 #include "adapter/channel_registry.h"
 #include "adapter/entry_points.h"
-#include "adapter/log_trace.h"
 #include "adapter/module_folder.h"
-#include "adapter/video_channel_record.h"
+#include "platform/log_trace.h"
 #include "platform/windows.h"
+#include "velmora/video_channel_record.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <array>
 
+#include "capture/capture_library.h"
 #include "capture/conversions.h"
-#include "capture/property_ids.h"
 #include "capture/result_codes.h"
 #include "platform/text.h"
 #include "properties/camera_features.h"

@@ -10,10 +10,10 @@
 #include <string_view>
 
 #include "acquisition/listener.h"
-#include "adapter/host_blocks.h"
-#include "capture/grabber.h"
+#include "capture/capture_library.h"
 #include "properties/executables.h"
 #include "properties/property.h"
+#include "velmora/host_blocks.h"
 
 // Everything runs on the host thread, one call at a time, but for the listener's
 // frameReady.

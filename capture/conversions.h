@@ -7,8 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "capture/handles.h"
-#include "capture/strings.h"
+#include "capture/capture_library.h"
 #include "platform/text.h"
 #include "platform/windows.h"
 

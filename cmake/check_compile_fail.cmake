@@ -8,7 +8,7 @@ string(REPLACE "// Error: " "" expected "${expected}")
 if(NOT expected)
     message(FATAL_ERROR "${SOURCE} does not say which error it expects")
 endif()
-set(command ${COMPILER} -std=c++20 -fsyntax-only -DCAPTURE_LIBRARY_STATIC -I${ROOT} -isystem
+set(command ${COMPILER} -std=c++20 -fsyntax-only -DCAPTURE_LIBRARY_STATIC -I${ROOT} -I${ROOT}/include -isystem
             ${ROOT}/tests/win32 ${SOURCE})
 
 execute_process(COMMAND ${command} RESULT_VARIABLE result ERROR_VARIABLE errors)

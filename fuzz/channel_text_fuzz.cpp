@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "adapter/video_channel.h"
-#include "capture/library.h"
+#include "capture/library/library.h"
 #include "fuzz/fuzz_input.h"
 #include "virtual_cameras/control.h"
 

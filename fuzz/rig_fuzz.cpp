@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Any text as the description of a rig: it is refused with a message, or its cameras
 // can be listed, opened and looked through.
-#include "capture/grabber.h"
-#include "capture/library.h"
-#include "capture/lists.h"
+#include "capture/library/grabber.h"
+#include "capture/library/library.h"
+#include "capture/video_formats.h"
 #include "fuzz/fuzz_input.h"
 #include "virtual_cameras/control.h"
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "adapter/video_channel_record.h"
 #include "host/guarded_text.h"
+#include "velmora/video_channel_record.h"
 
 namespace camhost {
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "adapter/host_blocks.h"
+#include "velmora/host_blocks.h"
 
 namespace camhost {
 

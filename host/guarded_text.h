@@ -7,7 +7,7 @@
 #include <array>
 #include <string>
 
-#include "adapter/host_blocks.h"
+#include "velmora/host_blocks.h"
 
 namespace camhost {
 

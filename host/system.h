@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "adapter/video_channel_record.h"
+#include "velmora/video_channel_record.h"
 
 namespace camhost {
 

@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "adapter/host_blocks.h"
 #include "capture/conversions.h"
 #include "capture/result_codes.h"
 #include "platform/text.h"
 #include "properties/value_text.h"
+#include "velmora/host_blocks.h"
 
 namespace {
 

@@ -2,13 +2,13 @@
 #include <limits>
 #include <vector>
 
-#include "adapter/host_blocks.h"
 #include "capture/conversions.h"
-#include "capture/lists.h"
+#include "capture/video_formats.h"
 #include "platform/text.h"
 #include "properties/device_formats.h"
 #include "properties/property_keys.h"
 #include "properties/value_text.h"
+#include "velmora/host_blocks.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "properties/device_formats.h"
 
-#include "adapter/host_blocks.h"
 #include "capture/conversions.h"
-#include "capture/lists.h"
+#include "capture/video_formats.h"
 #include "platform/checked_access.h"
 #include "platform/text.h"
+#include "velmora/host_blocks.h"
 
 // Names are read as the library's narrow text, but formats and input channels
 // are compared by their wide text: the two may differ.

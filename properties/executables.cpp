@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "properties/executables.h"
 
-#include "adapter/host_blocks.h"
-#include "adapter/host_texts.h"
+#include "capture/no_device.h"
 #include "capture/result_codes.h"
 #include "platform/text.h"
+#include "velmora/host_blocks.h"
 
 CExecuteOnePush::CExecuteOnePush(const GUID& itemId, std::string_view name,
                                  DShowLib::Grabber& grabber)

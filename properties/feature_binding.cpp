@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "adapter/host_blocks.h"
 #include "capture/conversions.h"
 #include "capture/result_codes.h"
 #include "platform/text.h"
+#include "velmora/host_blocks.h"
 
 namespace {
 

@@ -6,8 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "capture/grabber.h"
-#include "capture/property_ids.h"
+#include "capture/capture_library.h"
 
 // Empty when the identifier names no item (or element).
 DShowLib::smart_com<DShowLib::IVCDPropertyItem> findItem(

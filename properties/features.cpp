@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "adapter/host_blocks.h"
 #include "platform/text.h"
 #include "properties/property.h"
+#include "velmora/host_blocks.h"
 
 CFeatures::CFeatures(std::string_view label, std::string_view value)
     : CProperty(label), m_value(value) {}

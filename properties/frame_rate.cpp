@@ -2,12 +2,12 @@
 #include <utility>
 #include <vector>
 
-#include "adapter/host_blocks.h"
 #include "capture/conversions.h"
 #include "platform/checked_access.h"
 #include "platform/text.h"
 #include "properties/property.h"
 #include "properties/value_text.h"
+#include "velmora/host_blocks.h"
 
 CPropertyFrameRate::CPropertyFrameRate(std::string_view name, DShowLib::Grabber& grabber)
     : CProperty(name), m_grabber(grabber) {

@@ -5,7 +5,7 @@
 
 #include "adapter/video_channel.h"
 #include "capture/conversions.h"
-#include "capture/lists.h"
+#include "capture/video_formats.h"
 #include "platform/checked_access.h"
 #include "platform/outputs.h"
 #include "platform/text.h"

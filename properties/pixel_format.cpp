@@ -3,10 +3,10 @@
 #include <array>
 #include <utility>
 
-#include "adapter/host_blocks.h"
 #include "platform/text.h"
 #include "properties/property.h"
 #include "properties/value_text.h"
+#include "velmora/host_blocks.h"
 
 namespace {
 

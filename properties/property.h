@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "capture/grabber.h"
+#include "capture/capture_library.h"
 
 // A setting that the host reads and writes as text. Host thread.
 //

@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "adapter/video_channel.h"
+#include "capture/capture_library.h"
 #include "capture/conversions.h"
-#include "capture/lists.h"
-#include "capture/property_ids.h"
 #include "capture/result_codes.h"
+#include "capture/video_formats.h"
 #include "properties/camera_features.h"
 #include "properties/device_formats.h"
 #include "properties/process_store.h"

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "capture/mem_buffer.h"
+#include "capture/library/mem_buffer.h"
 
 namespace DShowLib {
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "capture/handles.h"
-#include "capture/strings.h"
+#include "capture/library/handles.h"
+#include "capture/library/strings.h"
 #include "virtual_cameras/call_log.h"
 #include "virtual_cameras/faults.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The grabber's device and its live video. What the device is set to is in
 // grabber_settings.cpp.
-#include "capture/grabber.h"
+#include "capture/library/grabber.h"
 
 #include <algorithm>
 #include <utility>

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "capture/grabber.h"
+#include "capture/library/grabber.h"
 #include "virtual_cameras/camera.h"
 #include "virtual_cameras/sink.h"
 

@@ -9,7 +9,7 @@
 #include <optional>
 #include <string>
 
-#include "capture/items.h"
+#include "capture/library/items.h"
 #include "virtual_cameras/camera.h"
 
 namespace virtual_cameras {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "capture/library.h"
+#include "capture/library/library.h"
 
 #include "virtual_cameras/call.h"
 #include "virtual_cameras/rigs.h"

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "capture/property_items.h"
+#include "capture/library/property_items.h"
 #include "virtual_cameras/property_tree.h"
 
 namespace virtual_cameras {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "capture/property_items.h"
+#include "capture/library/property_items.h"
 #include "virtual_cameras/com_object.h"
 #include "virtual_cameras/property_interfaces.h"
 

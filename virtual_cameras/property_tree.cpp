@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "capture/property_ids.h"
+#include "capture/library/property_ids.h"
 #include "virtual_cameras/property_objects.h"
 
 namespace virtual_cameras {

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "capture/property_items.h"
+#include "capture/library/property_items.h"
 #include "virtual_cameras/rig.h"
 #include "virtual_cameras/tone.h"
 #include "virtual_cameras/world.h"

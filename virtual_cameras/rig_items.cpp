@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "capture/property_ids.h"
+#include "capture/library/property_ids.h"
 #include "virtual_cameras/identifiers.h"
 
 namespace virtual_cameras {

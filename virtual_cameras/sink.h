@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "capture/frame_sink.h"
+#include "capture/library/frame_sink.h"
 #include "virtual_cameras/canvas.h"
 #include "virtual_cameras/world.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "capture/property_items.h"
+#include "capture/library/property_items.h"
 #include "virtual_cameras/property_tree.h"
 
 namespace virtual_cameras {

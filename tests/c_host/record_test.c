@@ -6,7 +6,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "adapter/video_channel_record.h"
+#include "velmora/video_channel_record.h"
 
 static int failures = 0;
 

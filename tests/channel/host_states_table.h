@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "adapter/host_blocks.h"
 #include "tests/support/host_memory.h"
+#include "velmora/host_blocks.h"
 
 namespace host_states {
 

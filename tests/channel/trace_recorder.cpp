@@ -5,7 +5,7 @@
 #include <mutex>
 #include <string_view>
 
-#include "adapter/log_trace.h"
+#include "platform/log_trace.h"
 #include "platform/text.h"
 #include "tests/win32/win32_log.h"
 #include "virtual_cameras/control.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The library's value types are copied when made, and never changed afterwards.
 // Error: deleted
-#include "capture/items.h"
+#include "capture/library/items.h"
 
 #ifdef MUST_NOT_COMPILE
 void assign(DShowLib::VideoFormatItem& left, const DShowLib::VideoFormatItem& right) {

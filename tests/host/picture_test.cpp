@@ -3,13 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "adapter/host_blocks.h"
 #include "host/bayer.h"
 #include "host/frame_buffer.h"
 #include "host/frame_image.h"
 #include "host/picture_file.h"
 #include "host/png_encode.h"
 #include "host/png_text.h"
+#include "velmora/host_blocks.h"
 
 namespace camhost {
 namespace {

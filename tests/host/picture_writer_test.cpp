@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "adapter/host_blocks.h"
+#include "velmora/host_blocks.h"
 
 namespace camhost {
 namespace {

@@ -24,12 +24,12 @@
 #include <vector>
 
 #include "adapter/video_channel.h"
-#include "adapter/video_channel_record.h"
 #include "capture/conversions.h"
-#include "capture/library.h"
+#include "capture/library/library.h"
 #include "tests/support/host_memory.h"
 #include "tests/support/library_log.h"
 #include "tests/win32/win32_log.h"
+#include "velmora/video_channel_record.h"
 #include "virtual_cameras/control.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);

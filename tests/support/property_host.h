@@ -17,10 +17,10 @@
 #include <string_view>
 #include <vector>
 
-#include "adapter/host_blocks.h"
 #include "adapter/video_channel.h"
 #include "tests/support/channel_fixture.h"
 #include "tests/win32/win32_log.h"
+#include "velmora/host_blocks.h"
 #include "virtual_cameras/control.h"
 
 namespace property_tests {

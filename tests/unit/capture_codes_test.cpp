@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "capture/property_ids.h"
+#include "capture/library/property_ids.h"
 #include "capture/result_codes.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "capture/conversions.h"
-#include "capture/handles.h"
-#include "capture/strings.h"
+#include "capture/library/handles.h"
+#include "capture/library/strings.h"
 #include "tests/win32/win32_log.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "capture/conversions.h"
-#include "capture/strings.h"
+#include "capture/library/strings.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "acquisition/color_formats.h"
 #include "acquisition/listener.h"
 #include "adapter/video_channel.h"
-#include "capture/grabber.h"
+#include "capture/library/grabber.h"
 #include "properties/executables.h"
 #include "properties/property.h"
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "capture/conversions.h"
-#include "capture/handles.h"
+#include "capture/library/handles.h"
 
 namespace {
 

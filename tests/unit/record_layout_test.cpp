@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "adapter/host_blocks.h"
-#include "adapter/video_channel_record.h"
+#include "velmora/host_blocks.h"
+#include "velmora/video_channel_record.h"
 
 namespace {
 

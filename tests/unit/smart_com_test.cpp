@@ -5,7 +5,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "capture/handles.h"
+#include "capture/library/handles.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "capture/handles.h"
+#include "capture/library/handles.h"
 
 namespace {
 

@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "capture/conversions.h"
-#include "capture/grabber.h"
-#include "capture/library.h"
-#include "capture/property_ids.h"
+#include "capture/library/grabber.h"
+#include "capture/library/library.h"
+#include "capture/library/property_ids.h"
 #include "virtual_cameras/control.h"
 
 namespace camera_tests {

@@ -9,8 +9,8 @@
 
 #include <windows.h>
 
-#include "adapter/host_blocks.h"
-#include "adapter/video_channel_record.h"
+#include "velmora/host_blocks.h"
+#include "velmora/video_channel_record.h"
 
 enum { GUARD_BYTES = 32, GUARD = 0x5A };
 

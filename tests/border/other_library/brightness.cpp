@@ -3,7 +3,7 @@
 
 #include <cwchar>
 
-#include "capture/property_ids.h"
+#include "capture/library/property_ids.h"
 
 namespace other_library {
 

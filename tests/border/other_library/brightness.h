@@ -3,7 +3,7 @@
 // range of 0 to 100 at 25. For its own sources.
 #pragma once
 
-#include "capture/property_items.h"
+#include "capture/library/property_items.h"
 
 namespace other_library {
 

@@ -6,7 +6,7 @@
 #include <atomic>
 #include <vector>
 
-#include "capture/frame_sink.h"
+#include "capture/library/frame_sink.h"
 
 namespace DShowLib {
 

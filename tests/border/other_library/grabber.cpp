@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The grabber of the other capture library, its start and its end.
-#include "capture/grabber.h"
+#include "capture/library/grabber.h"
 
 #include <atomic>
 #include <thread>
 
-#include "capture/library.h"
+#include "capture/library/library.h"
 #include "tests/border/other_library/brightness.h"
 #include "tests/border/other_library/buffers.h"
 

@@ -2,7 +2,7 @@
 // The value types. There is one value of each kind, so the pointers stay null.
 #include "tests/border/other_library/items.h"
 
-#include "capture/items.h"
+#include "capture/library/items.h"
 
 namespace DShowLib {
 

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
-#include "adapter/video_channel_record.h"
 #include "platform/windows.h"
+#include "velmora/video_channel_record.h"
 
 class CAdapterDll {
 public:

@@ -7,9 +7,9 @@
 #include <iosfwd>
 #include <string>
 
-#include "adapter/video_channel_record.h"
 #include "tests/border/support/adapter_dll.h"
 #include "tests/border/support/host_buffers.h"
+#include "velmora/video_channel_record.h"
 
 // A status, type or number that the adapter has not written.
 inline constexpr std::uint32_t untouchedWord = 0xA5A5A5A5;

@@ -2,8 +2,8 @@
  * The blocks, codes and status words that cross the border to the host besides
  * the channel record. Plain C11; a host may include it as it is.
  */
-#ifndef ADAPTER_HOST_BLOCKS_H
-#define ADAPTER_HOST_BLOCKS_H
+#ifndef VELMORA_HOST_BLOCKS_H
+#define VELMORA_HOST_BLOCKS_H
 
 /* NOLINTBEGIN(modernize-*): this is C. */
 

@@ -7,8 +7,8 @@
 
 #include <cstdint>
 
-#include "capture/export.h"
-#include "capture/handles.h"
+#include "capture/library/export.h"
+#include "capture/library/handles.h"
 
 namespace DShowLib {
 

@@ -9,15 +9,15 @@
  * terminated) and second the record's context. All calls come from one host
  * thread at a time.
  */
-#ifndef ADAPTER_VIDEO_CHANNEL_RECORD_H
-#define ADAPTER_VIDEO_CHANNEL_RECORD_H
+#ifndef VELMORA_VIDEO_CHANNEL_RECORD_H
+#define VELMORA_VIDEO_CHANNEL_RECORD_H
 
 /* NOLINTBEGIN(modernize-*): this is C. */
 
 #include <stddef.h>
 #include <stdint.h>
 
-#include "adapter/host_blocks.h"
+#include "velmora/host_blocks.h"
 
 #ifdef __cplusplus
 extern "C" {

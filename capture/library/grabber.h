@@ -7,13 +7,13 @@
 // as an empty handle.
 #pragma once
 
-#include "capture/export.h"
-#include "capture/frame_sink.h"
-#include "capture/grabber_listener.h"
-#include "capture/handles.h"
-#include "capture/items.h"
-#include "capture/property_items.h"
-#include "capture/strings.h"
+#include "capture/library/export.h"
+#include "capture/library/frame_sink.h"
+#include "capture/library/grabber_listener.h"
+#include "capture/library/handles.h"
+#include "capture/library/items.h"
+#include "capture/library/property_items.h"
+#include "capture/library/strings.h"
 
 namespace DShowLib {
 

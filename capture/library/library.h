@@ -2,7 +2,7 @@
 // Start and end of the capture library.
 #pragma once
 
-#include "capture/export.h"
+#include "capture/library/export.h"
 
 namespace DShowLib {
 

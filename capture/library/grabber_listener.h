@@ -2,8 +2,8 @@
 // What a grabber tells those who registered with it.
 #pragma once
 
-#include "capture/handles.h"
-#include "capture/mem_buffer.h"
+#include "capture/library/handles.h"
+#include "capture/library/mem_buffer.h"
 
 namespace DShowLib {
 

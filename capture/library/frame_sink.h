@@ -7,9 +7,9 @@
 
 #include <cstdint>
 
-#include "capture/export.h"
-#include "capture/handles.h"
-#include "capture/mem_buffer.h"
+#include "capture/library/export.h"
+#include "capture/library/handles.h"
+#include "capture/library/mem_buffer.h"
 
 namespace DShowLib {
 

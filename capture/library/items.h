@@ -10,8 +10,8 @@
 
 #include <cstdint>
 
-#include "capture/export.h"
-#include "capture/strings.h"
+#include "capture/library/export.h"
+#include "capture/library/strings.h"
 
 namespace DShowLib {
 
