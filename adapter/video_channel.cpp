@@ -4,13 +4,9 @@
 #include <algorithm>
 #include <array>
 
-#include "capture/capture_library.h"
 #include "capture/conversions.h"
-#include "capture/result_codes.h"
 #include "platform/text.h"
-#include "properties/camera_features.h"
 #include "properties/process_store.h"
-#include "properties/property_keys.h"
 
 namespace {
 
@@ -20,24 +16,28 @@ constexpr std::array<std::string_view, 2> unshiftedModels = {"QRM 52XAV07", "QRM
 // The listener asks for every event; it overrides what it needs.
 constexpr ULONG allEvents = 0xFFFFFFFF;
 
+bool isUnshifted(const DShowLib::VideoCaptureDeviceItem& item) {
+    const std::string model = toNarrow(item.getFriendlyName_());
+    return std::find(unshiftedModels.begin(), unshiftedModels.end(), model) !=
+           unshiftedModels.end();
+}
+
 }  // namespace
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the channel has a copy of its own.
 CVideoChannel::CVideoChannel(DShowLib::VideoCaptureDeviceItem item) {
     writeText(m_deviceName.data(), m_deviceName.size() - 2, item.c_str());
     openDevice(item);
-    m_pixelFormat = makeForProcess<CPropertyPixelFormat>("Pixelformat", m_grabber, m_sink);
-    SelectDefaultVideoFormat();
-    noticeQuirks(item);
-    CreateNewSink();
-    m_width = static_cast<std::int32_t>(m_grabber.getAcqSizeMaxX());
-    m_height = static_cast<std::int32_t>(m_grabber.getAcqSizeMaxY());
+    m_pixelFormat = makeForProcess<CPropertyPixelFormat>("Pixelformat", m_grabber, m_sink.sink());
+    if (m_sink.SelectDefaultVideoFormat()) {
+        m_pixelFormat->setPixelType(PixelType::raw8);
+    }
+    m_rawUnshifted = isUnshifted(item);
+    m_sink.CreateNewSink(m_pixelFormat->pixelType());
+    takeSize();
     writeSerialText();
-    buildPropertyTable();
-    const auto items = m_grabber.getAvailableVCDProperties();
-    m_contrast = readFraction(items, contrastKey, DShowLib::VCDID_Contrast);
-    m_brightness = readFraction(items, brightnessKey, DShowLib::VCDID_Brightness);
-    m_exposure = readExposure();
+    m_tables.buildPropertyTable(m_grabber, *m_pixelFormat);
+    m_parameters.readFirst();
     m_frameEvent = ::CreateEventA(nullptr, TRUE, FALSE, nullptr);
 }
 
@@ -58,44 +58,15 @@ void CVideoChannel::openDevice(const DShowLib::VideoCaptureDeviceItem& item) {
     m_grabber.setOverlayBitmapPathPosition(0);
 }
 
-void CVideoChannel::noticeQuirks(const DShowLib::VideoCaptureDeviceItem& item) {
-    const std::string model = toNarrow(item.getFriendlyName_());
-    m_rawUnshifted =
-        std::find(unshiftedModels.begin(), unshiftedModels.end(), model) != unshiftedModels.end();
+void CVideoChannel::takeSize() {
+    m_width = static_cast<std::int32_t>(m_grabber.getAcqSizeMaxX());
+    m_height = static_cast<std::int32_t>(m_grabber.getAcqSizeMaxY());
 }
 
-double CVideoChannel::readFraction(const DShowLib::smart_com<DShowLib::IVCDPropertyItems>& items,
-                                   std::string_view key, const GUID& itemId) const {
-    if (!hasProperty(key)) {
-        return -1.0;
+void CVideoChannel::writeSerialText() {
+    m_serialText = "n/a";
+    std::int64_t serialNumber = 0;
+    if (m_grabber.getDev().getSerialNumber(serialNumber)) {
+        m_serialText = hexadecimalText(serialNumber);
     }
-    const auto range = bindInterface<DShowLib::IVCDRangeProperty>(findItem(items, itemId),
-                                                                  DShowLib::VCDElement_Value);
-    if (!range) {
-        return 0.0;
-    }
-    LONG minimum = 0;
-    LONG maximum = 0;
-    LONG value = 0;
-    throwIfFailed(range->getRangeMin(&minimum));
-    throwIfFailed(range->getRangeMax(&maximum));
-    throwIfFailed(range->getValue(&value));
-    const auto lowest = static_cast<double>(minimum);
-    return (static_cast<double>(value) - lowest) / (static_cast<double>(maximum) - lowest);
-}
-
-double CVideoChannel::readExposure() const {
-    if (!hasProperty(exposureKey)) {
-        return -1.0;
-    }
-    // The automatic goes off where the exposure's value has a switch, not where it
-    // has an automatic. Kept: hosts know which cameras change.
-    if (hasProperty(exposureValueSwitchKey)) {
-        auto* automatic = dynamic_cast<CVCDPropertyAuto*>(findProperty(exposureAutoKey));
-        if (automatic != nullptr && automatic->isBound()) {
-            automatic->setNumber(false);
-        }
-    }
-    auto* exposure = dynamic_cast<CVCDPropertyAbsValue*>(findProperty(exposureKey));
-    return exposure != nullptr && exposure->isBound() ? exposure->getNumber() : -1.0;
 }

@@ -14,29 +14,19 @@ namespace {
 
 constexpr std::size_t textBound = 255;
 
-// A number as a text writes it: 32-bit integers and doubles.
-std::int32_t shown(LONG number) noexcept {
-    return static_cast<std::int32_t>(number);
-}
-double shown(double number) noexcept {
-    return number;
-}
-
-void parseInto(LONG& number, std::string_view text) noexcept {
+void parseInto(std::int32_t& number, std::string_view text) noexcept {
     number = parseInteger(text);
 }
 void parseInto(double& number, std::string_view text) noexcept {
     number = parseFloat(text);
 }
 
-std::int32_t refuseMinimum(char* message, std::string_view name) {
-    writeText(message, textBound, "Minimum values can not be set! ", name);
-    return HOST_RESULT_FAILURE;
-}
-
-std::int32_t refuseMaximum(char* message, std::string_view name) {
-    writeText(message, textBound, "Maximum values can not be set! ", name);
-    return HOST_RESULT_FAILURE;
+// What one of the reading operations of an interface answers.
+template <class Shown, class Interface, class Number>
+Shown read(Interface& from, HRESULT (STDMETHODCALLTYPE Interface::*operation)(Number*)) {
+    Number number{};
+    throwIfFailed((from.*operation)(&number));
+    return static_cast<Shown>(number);
 }
 
 // The texts that a map-strings interface accepts, in the library's order.
@@ -59,159 +49,111 @@ std::vector<std::string> validTexts(DShowLib::IVCDMapStringsProperty& mapStrings
 
 }  // namespace
 
-template <class Interface, class Number>
-CRangedBinding<Interface, Number>::CRangedBinding(const GUID& itemId, DShowLib::Grabber& grabber,
-                                                  const GUID& elementId) {
+template <class Interface, class Number, class Shown>
+CVCDPropertyRanged<Interface, Number, Shown>::CVCDPropertyRanged(const GUID& itemId,
+                                                                 std::string_view name,
+                                                                 DShowLib::Grabber& grabber,
+                                                                 const GUID& elementId)
+    : CProperty(name) {
     const auto item = findItem(grabber.getAvailableVCDProperties(), itemId);
     m_automatic = bindInterface<DShowLib::IVCDSwitchProperty>(item, DShowLib::VCDElement_Auto);
     m_interface = bindInterface<Interface>(item, elementId);
 }
 
-template <class Interface, class Number>
-Number CRangedBinding<Interface, Number>::value() const {
-    Number number{};
-    throwIfFailed(m_interface->getValue(&number));
-    return number;
+template <class Interface, class Number, class Shown>
+std::int32_t CVCDPropertyRanged<Interface, Number, Shown>::getValue(char* message, char* value) {
+    if (!isBound()) {
+        return refuseUnavailable(message, m_name);
+    }
+    writeText(value, textBound, getNumber());
+    return HOST_RESULT_SUCCESS;
 }
 
-template <class Interface, class Number>
-Number CRangedBinding<Interface, Number>::lowerLimit() const {
-    Number number{};
-    throwIfFailed(m_interface->getRangeMin(&number));
-    return number;
+template <class Interface, class Number, class Shown>
+std::int32_t CVCDPropertyRanged<Interface, Number, Shown>::setValue(char* message,
+                                                                    std::string_view value) {
+    if (!isBound()) {
+        return refuseUnavailable(message, m_name);
+    }
+    if (isAutomaticOn(m_automatic)) {
+        return refuseAutomatic(message, m_name);
+    }
+    const Shown lower = lowerLimit();
+    const Shown upper = upperLimit();
+    Shown number{};
+    parseInto(number, value);
+    if (!(lower <= number && number <= upper)) {
+        writeText(message, textBound, m_name, " must be within ", lower, " and ", upper, "!");
+        return HOST_RESULT_FAILURE;
+    }
+    setNumber(number);
+    return HOST_RESULT_SUCCESS;
 }
 
-template <class Interface, class Number>
-Number CRangedBinding<Interface, Number>::upperLimit() const {
-    Number number{};
-    throwIfFailed(m_interface->getRangeMax(&number));
-    return number;
+template <class Interface, class Number, class Shown>
+Shown CVCDPropertyRanged<Interface, Number, Shown>::getNumber() {
+    return read<Shown>(*m_interface.get(), &Interface::getValue);
 }
 
-template <class Interface, class Number>
-std::int32_t CRangedBinding<Interface, Number>::write(Number value) const {
-    const HRESULT result = m_interface->setValue(value);
+template <class Interface, class Number, class Shown>
+std::int32_t CVCDPropertyRanged<Interface, Number, Shown>::setNumber(Shown number) {
+    const HRESULT result = m_interface->setValue(number);
     throwIfFailed(result);
     return static_cast<std::int32_t>(result);
 }
 
-template <class Interface, class Number>
-std::int32_t CRangedBinding<Interface, Number>::set(char* message, std::string_view name,
-                                                    std::string_view value) const {
-    if (!isBound()) {
-        return refuseUnavailable(message, name);
+template <class Interface, class Number, class Shown>
+Shown CVCDPropertyRanged<Interface, Number, Shown>::lowerLimit() const {
+    return read<Shown>(*m_interface.get(), &Interface::getRangeMin);
+}
+
+template <class Interface, class Number, class Shown>
+Shown CVCDPropertyRanged<Interface, Number, Shown>::upperLimit() const {
+    return read<Shown>(*m_interface.get(), &Interface::getRangeMax);
+}
+
+template <class Ranged>
+std::int32_t CVCDPropertyMinimum<Ranged>::getValue(char* message, char* value) {
+    if (!this->isBound()) {
+        return refuseUnavailable(message, this->m_name);
     }
-    if (isAutomaticOn(m_automatic)) {
-        return refuseAutomatic(message, name);
-    }
-    const Number lower = lowerLimit();
-    const Number upper = upperLimit();
-    Number number{};
-    parseInto(number, value);
-    if (!(lower <= number && number <= upper)) {
-        writeText(message, textBound, name, " must be within ", shown(lower), " and ", shown(upper),
-                  "!");
-        return HOST_RESULT_FAILURE;
-    }
-    write(number);
+    writeText(value, textBound, this->lowerLimit());
     return HOST_RESULT_SUCCESS;
 }
 
-CVCDPropertyValue::CVCDPropertyValue(const GUID& itemId, std::string_view name,
-                                     DShowLib::Grabber& grabber, const GUID& elementId)
-    : CProperty(name), m_binding(itemId, grabber, elementId) {}
-
-std::int32_t CVCDPropertyValue::getValue(char* message, char* value) {
-    if (!isBound()) {
-        return refuseUnavailable(message, m_name);
+template <class Ranged>
+std::int32_t CVCDPropertyMinimum<Ranged>::setValue(char* message, std::string_view /*value*/) {
+    if (!this->isBound()) {
+        return refuseUnavailable(message, this->m_name);
     }
-    writeText(value, textBound, shown(m_binding.value()));
+    writeText(message, textBound, "Minimum values can not be set! ", this->m_name);
+    return HOST_RESULT_FAILURE;
+}
+
+template <class Ranged>
+std::int32_t CVCDPropertyMaximum<Ranged>::getValue(char* message, char* value) {
+    if (!this->isBound()) {
+        return refuseUnavailable(message, this->m_name);
+    }
+    writeText(value, textBound, this->upperLimit());
     return HOST_RESULT_SUCCESS;
 }
 
-std::int32_t CVCDPropertyValue::setValue(char* message, std::string_view value) {
-    return m_binding.set(message, m_name, value);
-}
-
-std::int32_t CVCDPropertyValue::getNumber() {
-    return shown(m_binding.value());
-}
-
-std::int32_t CVCDPropertyValue::setNumber(std::int32_t number) {
-    return m_binding.write(number);
-}
-
-std::int32_t CVCDPropertyValueMin::getValue(char* message, char* value) {
-    if (!isBound()) {
-        return refuseUnavailable(message, m_name);
+template <class Ranged>
+std::int32_t CVCDPropertyMaximum<Ranged>::setValue(char* message, std::string_view /*value*/) {
+    if (!this->isBound()) {
+        return refuseUnavailable(message, this->m_name);
     }
-    writeText(value, textBound, shown(m_binding.lowerLimit()));
-    return HOST_RESULT_SUCCESS;
+    writeText(message, textBound, "Maximum values can not be set! ", this->m_name);
+    return HOST_RESULT_FAILURE;
 }
 
-std::int32_t CVCDPropertyValueMin::setValue(char* message, std::string_view /*value*/) {
-    return isBound() ? refuseMinimum(message, m_name) : refuseUnavailable(message, m_name);
-}
-
-std::int32_t CVCDPropertyValueMax::getValue(char* message, char* value) {
-    if (!isBound()) {
-        return refuseUnavailable(message, m_name);
-    }
-    writeText(value, textBound, shown(m_binding.upperLimit()));
-    return HOST_RESULT_SUCCESS;
-}
-
-std::int32_t CVCDPropertyValueMax::setValue(char* message, std::string_view /*value*/) {
-    return isBound() ? refuseMaximum(message, m_name) : refuseUnavailable(message, m_name);
-}
-
-CVCDPropertyAbsValue::CVCDPropertyAbsValue(const GUID& itemId, std::string_view name,
-                                           DShowLib::Grabber& grabber, const GUID& elementId)
-    : CProperty(name), m_binding(itemId, grabber, elementId) {}
-
-std::int32_t CVCDPropertyAbsValue::getValue(char* message, char* value) {
-    if (!isBound()) {
-        return refuseUnavailable(message, m_name);
-    }
-    writeText(value, textBound, m_binding.value());
-    return HOST_RESULT_SUCCESS;
-}
-
-std::int32_t CVCDPropertyAbsValue::setValue(char* message, std::string_view value) {
-    return m_binding.set(message, m_name, value);
-}
-
-double CVCDPropertyAbsValue::getNumber() {
-    return m_binding.value();
-}
-
-std::int32_t CVCDPropertyAbsValue::setNumber(double number) {
-    return m_binding.write(number);
-}
-
-std::int32_t CVCDPropertyAbsValueMin::getValue(char* message, char* value) {
-    if (!isBound()) {
-        return refuseUnavailable(message, m_name);
-    }
-    writeText(value, textBound, m_binding.lowerLimit());
-    return HOST_RESULT_SUCCESS;
-}
-
-std::int32_t CVCDPropertyAbsValueMin::setValue(char* message, std::string_view /*value*/) {
-    return isBound() ? refuseMinimum(message, m_name) : refuseUnavailable(message, m_name);
-}
-
-std::int32_t CVCDPropertyAbsValueMax::getValue(char* message, char* value) {
-    if (!isBound()) {
-        return refuseUnavailable(message, m_name);
-    }
-    writeText(value, textBound, m_binding.upperLimit());
-    return HOST_RESULT_SUCCESS;
-}
-
-std::int32_t CVCDPropertyAbsValueMax::setValue(char* message, std::string_view /*value*/) {
-    return isBound() ? refuseMaximum(message, m_name) : refuseUnavailable(message, m_name);
-}
+template class CVCDPropertyRanged<DShowLib::IVCDRangeProperty, LONG, std::int32_t>;
+template class CVCDPropertyMinimum<CVCDPropertyValue>;
+template class CVCDPropertyMaximum<CVCDPropertyValue>;
+template class CVCDPropertyRanged<DShowLib::IVCDAbsoluteValueProperty, double, double>;
+template class CVCDPropertyMinimum<CVCDPropertyAbsValue>;
+template class CVCDPropertyMaximum<CVCDPropertyAbsValue>;
 
 CVCDPropertyAuto::CVCDPropertyAuto(const GUID& itemId, std::string_view name,
                                    DShowLib::Grabber& grabber, const GUID& elementId)

@@ -15,93 +15,65 @@
 // - A failing result code of the bound interface is thrown as a 32-bit integer.
 // - getNumber and setNumber are for bound settings only: ask isBound first.
 
-// An integer or floating-point interface with its limits, and the switch of the
-// item's automatic, which is empty for an item without one.
-template <class Interface, class Number>
-class CRangedBinding {
+// A number with its limits, and the switch of the item's automatic, which is empty for
+// an item without one. `Number` is the interface's type, `Shown` the one of the texts.
+template <class Interface, class Number, class Shown>
+class CVCDPropertyRanged : public CProperty {
 public:
-    CRangedBinding(const GUID& itemId, DShowLib::Grabber& grabber, const GUID& elementId);
+    CVCDPropertyRanged(const GUID& itemId, std::string_view name, DShowLib::Grabber& grabber,
+                       const GUID& elementId);
+    std::int32_t getValue(char* message, char* value) override;
+    // Takes what lies within the limits, both included, unless the automatic is on.
+    std::int32_t setValue(char* message, std::string_view value) override;
+    virtual Shown getNumber();
+    // The library's result code; a failing one is thrown.
+    virtual std::int32_t setNumber(Shown number);
 
     bool isBound() const noexcept { return static_cast<bool>(m_interface); }
-    Number value() const;
-    Number lowerLimit() const;
-    Number upperLimit() const;
-    std::int32_t write(Number value) const;
 
-    // Writes a value within the limits, both included, unless the automatic is on.
-    std::int32_t set(char* message, std::string_view name, std::string_view value) const;
+protected:
+    Shown lowerLimit() const;
+    Shown upperLimit() const;
 
 private:
     DShowLib::smart_com<Interface> m_interface;
     DShowLib::smart_com<DShowLib::IVCDSwitchProperty> m_automatic;
 };
 
-using CIntegerBinding = CRangedBinding<DShowLib::IVCDRangeProperty, LONG>;
-using CAbsoluteBinding = CRangedBinding<DShowLib::IVCDAbsoluteValueProperty, double>;
+// The limits of a ranged setting, read only.
+template <class Ranged>
+class CVCDPropertyMinimum final : public Ranged {
+public:
+    using Ranged::Ranged;
+    std::int32_t getValue(char* message, char* value) override;
+    std::int32_t setValue(char* message, std::string_view value) override;
+};
+
+template <class Ranged>
+class CVCDPropertyMaximum final : public Ranged {
+public:
+    using Ranged::Ranged;
+    std::int32_t getValue(char* message, char* value) override;
+    std::int32_t setValue(char* message, std::string_view value) override;
+};
 
 // An integer value.
-class CVCDPropertyValue : public CProperty {
-public:
-    CVCDPropertyValue(const GUID& itemId, std::string_view name, DShowLib::Grabber& grabber,
-                      const GUID& elementId);
-    std::int32_t getValue(char* message, char* value) override;
-    std::int32_t setValue(char* message, std::string_view value) override;
-    virtual std::int32_t getNumber();
-    // The library's result code; a failing one is thrown.
-    virtual std::int32_t setNumber(std::int32_t number);
-
-    bool isBound() const noexcept { return m_binding.isBound(); }
-
-protected:
-    CIntegerBinding m_binding;
-};
-
-// Its limits, read only.
-class CVCDPropertyValueMin final : public CVCDPropertyValue {
-public:
-    using CVCDPropertyValue::CVCDPropertyValue;
-    std::int32_t getValue(char* message, char* value) override;
-    std::int32_t setValue(char* message, std::string_view value) override;
-};
-
-class CVCDPropertyValueMax final : public CVCDPropertyValue {
-public:
-    using CVCDPropertyValue::CVCDPropertyValue;
-    std::int32_t getValue(char* message, char* value) override;
-    std::int32_t setValue(char* message, std::string_view value) override;
-};
+using CVCDPropertyValue = CVCDPropertyRanged<DShowLib::IVCDRangeProperty, LONG, std::int32_t>;
+using CVCDPropertyValueMin = CVCDPropertyMinimum<CVCDPropertyValue>;
+using CVCDPropertyValueMax = CVCDPropertyMaximum<CVCDPropertyValue>;
 
 // A floating-point value in the camera's own unit.
-class CVCDPropertyAbsValue : public CProperty {
-public:
-    CVCDPropertyAbsValue(const GUID& itemId, std::string_view name, DShowLib::Grabber& grabber,
-                         const GUID& elementId);
-    std::int32_t getValue(char* message, char* value) override;
-    std::int32_t setValue(char* message, std::string_view value) override;
-    virtual double getNumber();
-    // The library's result code; a failing one is thrown.
-    virtual std::int32_t setNumber(double number);
+using CVCDPropertyAbsValue =
+    CVCDPropertyRanged<DShowLib::IVCDAbsoluteValueProperty, double, double>;
+using CVCDPropertyAbsValueMin = CVCDPropertyMinimum<CVCDPropertyAbsValue>;
+using CVCDPropertyAbsValueMax = CVCDPropertyMaximum<CVCDPropertyAbsValue>;
 
-    bool isBound() const noexcept { return m_binding.isBound(); }
-
-protected:
-    CAbsoluteBinding m_binding;
-};
-
-// Its limits, read only.
-class CVCDPropertyAbsValueMin final : public CVCDPropertyAbsValue {
-public:
-    using CVCDPropertyAbsValue::CVCDPropertyAbsValue;
-    std::int32_t getValue(char* message, char* value) override;
-    std::int32_t setValue(char* message, std::string_view value) override;
-};
-
-class CVCDPropertyAbsValueMax final : public CVCDPropertyAbsValue {
-public:
-    using CVCDPropertyAbsValue::CVCDPropertyAbsValue;
-    std::int32_t getValue(char* message, char* value) override;
-    std::int32_t setValue(char* message, std::string_view value) override;
-};
+extern template class CVCDPropertyRanged<DShowLib::IVCDRangeProperty, LONG, std::int32_t>;
+extern template class CVCDPropertyMinimum<CVCDPropertyValue>;
+extern template class CVCDPropertyMaximum<CVCDPropertyValue>;
+extern template class CVCDPropertyRanged<DShowLib::IVCDAbsoluteValueProperty, double, double>;
+extern template class CVCDPropertyMinimum<CVCDPropertyAbsValue>;
+extern template class CVCDPropertyMaximum<CVCDPropertyAbsValue>;
 
 // A switch: "true" or "false". Any text but "true" switches off.
 class CVCDPropertyAuto final : public CProperty {

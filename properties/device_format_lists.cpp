@@ -1,29 +1,25 @@
 // SPDX-License-Identifier: MIT
-#include <limits>
-#include <vector>
+#include "properties/device_format_lists.h"
+
+#include <algorithm>
 
 #include "capture/conversions.h"
 #include "capture/video_formats.h"
 #include "platform/text.h"
-#include "properties/device_formats.h"
 #include "properties/property_keys.h"
 #include "properties/value_text.h"
 #include "velmora/host_blocks.h"
 
-namespace {
-
-std::int32_t refuseSet(char* message) {
+std::int32_t CReadOnlyList::setValue(char* message, std::string_view /*value*/) {
     writeText(message, 255, "This is a read only property.");
     return HOST_RESULT_FAILURE;
 }
 
-// Writes the items' narrow names with commas between. Once the text holds
-// `fullAt` characters, no further name is added.
-template <class Item>
-void writeNames(char* value, const std::vector<Item>& items, std::size_t fullAt) {
+template <class List>
+std::int32_t CNameList<List>::getValue(char* /*message*/, char* value) {
     CBoundedText names(value, 255);
-    for (const Item& item : items) {
-        if (names.size() >= fullAt) {
+    for (const auto& item : toStandard(List::fetch(m_grabber))) {
+        if (names.size() >= List::fullAt) {
             continue;
         }
         if (names.size() != 0) {
@@ -31,32 +27,29 @@ void writeNames(char* value, const std::vector<Item>& items, std::size_t fullAt)
         }
         names.append(item.c_str());
     }
-}
-
-constexpr std::size_t neverFull = std::numeric_limits<std::size_t>::max();
-
-}  // namespace
-
-CPropertyVideoFormats::CPropertyVideoFormats(std::string_view name, DShowLib::Grabber& grabber)
-    : CProperty(name), m_grabber(grabber) {}
-
-std::int32_t CPropertyVideoFormats::getValue(char* /*message*/, char* value) {
-    constexpr std::size_t formatsFullAt = 200;
-    writeNames(value, toStandard(availableVideoFormats(m_grabber)), formatsFullAt);
     return HOST_RESULT_SUCCESS;
 }
 
-std::int32_t CPropertyVideoFormats::setValue(char* message, std::string_view /*value*/) {
-    return refuseSet(message);
+DShowLib::Grabber::tVidFmtListPtr VideoFormatList::fetch(const DShowLib::Grabber& grabber) {
+    return availableVideoFormats(grabber);
 }
 
-CPropertyVideoFormatAt::CPropertyVideoFormatAt(std::string_view name, DShowLib::Grabber& grabber)
-    : CProperty(name), m_grabber(grabber) {}
+DShowLib::Grabber::tVidNrmListPtr VideoNormList::fetch(const DShowLib::Grabber& grabber) {
+    return grabber.getAvailableVideoNorms_();
+}
+
+DShowLib::Grabber::tInChnListPtr InputChannelList::fetch(const DShowLib::Grabber& grabber) {
+    return grabber.getAvailableInputChannels_();
+}
+
+template class CNameList<VideoFormatList>;
+template class CNameList<VideoNormList>;
+template class CNameList<InputChannelList>;
 
 std::int32_t CPropertyVideoFormatAt::getValue(char* /*message*/, char* value) {
     const std::string_view name = m_name;
-    const std::int32_t index = parseInteger(name.substr(
-        name.size() < videoFormatPrefix.size() ? name.size() : videoFormatPrefix.size()));
+    const std::int32_t index =
+        parseInteger(name.substr(std::min(name.size(), videoFormatPrefix.size())));
     CBoundedText text(value, 255);
     std::int32_t position = 0;
     for (const auto& format : toStandard(availableVideoFormats(m_grabber))) {
@@ -66,32 +59,4 @@ std::int32_t CPropertyVideoFormatAt::getValue(char* /*message*/, char* value) {
         ++position;
     }
     return HOST_RESULT_SUCCESS;
-}
-
-std::int32_t CPropertyVideoFormatAt::setValue(char* message, std::string_view /*value*/) {
-    return refuseSet(message);
-}
-
-CPropertyVideoNorms::CPropertyVideoNorms(std::string_view name, DShowLib::Grabber& grabber)
-    : CProperty(name), m_grabber(grabber) {}
-
-std::int32_t CPropertyVideoNorms::getValue(char* /*message*/, char* value) {
-    writeNames(value, toStandard(m_grabber.getAvailableVideoNorms_()), neverFull);
-    return HOST_RESULT_SUCCESS;
-}
-
-std::int32_t CPropertyVideoNorms::setValue(char* message, std::string_view /*value*/) {
-    return refuseSet(message);
-}
-
-CPropertyInputChannels::CPropertyInputChannels(std::string_view name, DShowLib::Grabber& grabber)
-    : CProperty(name), m_grabber(grabber) {}
-
-std::int32_t CPropertyInputChannels::getValue(char* /*message*/, char* value) {
-    writeNames(value, toStandard(m_grabber.getAvailableInputChannels_()), neverFull);
-    return HOST_RESULT_SUCCESS;
-}
-
-std::int32_t CPropertyInputChannels::setValue(char* message, std::string_view /*value*/) {
-    return refuseSet(message);
 }

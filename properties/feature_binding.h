@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "capture/capture_library.h"
+#include "properties/interface_kinds.h"
 
 // Empty when the identifier names no item (or element).
 DShowLib::smart_com<DShowLib::IVCDPropertyItem> findItem(
@@ -14,32 +15,13 @@ DShowLib::smart_com<DShowLib::IVCDPropertyItem> findItem(
 DShowLib::smart_com<DShowLib::IVCDPropertyElement> findElement(
     const DShowLib::smart_com<DShowLib::IVCDPropertyItem>& item, const GUID& elementId);
 
-// The interface identifier of each kind.
-template <class Interface>
-inline constexpr const GUID* interfaceId = nullptr;
-template <>
-inline constexpr const GUID* interfaceId<DShowLib::IVCDRangeProperty> =
-    &DShowLib::IID_IVCDRangeProperty;
-template <>
-inline constexpr const GUID* interfaceId<DShowLib::IVCDAbsoluteValueProperty> =
-    &DShowLib::IID_IVCDAbsoluteValueProperty;
-template <>
-inline constexpr const GUID* interfaceId<DShowLib::IVCDSwitchProperty> =
-    &DShowLib::IID_IVCDSwitchProperty;
-template <>
-inline constexpr const GUID* interfaceId<DShowLib::IVCDButtonProperty> =
-    &DShowLib::IID_IVCDButtonProperty;
-template <>
-inline constexpr const GUID* interfaceId<DShowLib::IVCDMapStringsProperty> =
-    &DShowLib::IID_IVCDMapStringsProperty;
-
 // One interface of one of the item's elements; empty when either is missing.
 template <class Interface>
 DShowLib::smart_com<Interface> bindInterface(
     const DShowLib::smart_com<DShowLib::IVCDPropertyItem>& item, const GUID& elementId) {
     const auto element = findElement(item, elementId);
     void* found = nullptr;
-    if (!element || element->QueryInterface(*interfaceId<Interface>, &found) < 0) {
+    if (!element || element->QueryInterface(interfaceId<Interface>(), &found) < 0) {
         return {};
     }
     return DShowLib::smart_com<Interface>(static_cast<Interface*>(found));

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "capture/conversions.h"
+#include "capture/live_pause.h"
 #include "platform/checked_access.h"
 #include "platform/text.h"
 #include "properties/property.h"
@@ -37,13 +38,6 @@ std::int32_t CPropertyFrameRate::setValue(char* message, std::string_view value)
         writeText(message, 250, "The frame rate must be between ", low, " and ", high, ".");
         return HOST_RESULT_FAILURE;
     }
-    const bool wasLive = m_grabber.isLive();
-    if (wasLive) {
-        m_grabber.stopLive();
-    }
-    m_grabber.setFPS(rate);
-    if (wasLive) {
-        m_grabber.startLive(false);
-    }
+    whileLiveIsPaused(m_grabber, [this, rate] { m_grabber.setFPS(rate); });
     return HOST_RESULT_SUCCESS;
 }

@@ -10,16 +10,24 @@
 
 namespace {
 
-struct PixelTypeName {
-    std::uint32_t pixelType;
-    std::string_view name;
-};
+static_assert(static_cast<std::uint32_t>(PixelType::mono8) == HOST_PIXEL_MONO8);
+static_assert(static_cast<std::uint32_t>(PixelType::raw8) == HOST_PIXEL_RAW8);
+static_assert(static_cast<std::uint32_t>(PixelType::rgb24) == HOST_PIXEL_RGB24);
 
-constexpr std::array<PixelTypeName, 3> pixelTypeNames = {{
-    {HOST_PIXEL_MONO8, "Mono8"},
-    {HOST_PIXEL_RAW8, "Raw8"},
-    {HOST_PIXEL_RGB24, "RGB24"},
-}};
+constexpr std::array<PixelType, 3> pixelTypes = {PixelType::mono8, PixelType::raw8,
+                                                 PixelType::rgb24};
+
+std::string_view nameOf(PixelType pixelType) noexcept {
+    switch (pixelType) {
+        case PixelType::mono8:
+            return "Mono8";
+        case PixelType::raw8:
+            return "Raw8";
+        case PixelType::rgb24:
+            return "RGB24";
+    }
+    return "unkown";
+}
 
 }  // namespace
 
@@ -28,10 +36,7 @@ CPropertyPixelFormat::CPropertyPixelFormat(std::string_view name, DShowLib::Grab
     : CProperty(name), m_grabber(grabber), m_sink(std::move(sink)) {}
 
 std::int32_t CPropertyPixelFormat::getValue(char* /*message*/, char* value) {
-    const auto* found =
-        std::find_if(pixelTypeNames.begin(), pixelTypeNames.end(),
-                     [this](const PixelTypeName& entry) { return entry.pixelType == m_pixelType; });
-    writeText(value, 255, found != pixelTypeNames.end() ? found->name : "unkown");
+    writeText(value, 255, nameOf(m_pixelType));
     return HOST_RESULT_SUCCESS;
 }
 
@@ -43,14 +48,14 @@ std::int32_t CPropertyPixelFormat::setValue(char* message, std::string_view valu
     // A refused text raises the flag as well: the sink is then built again for
     // the pixel type as it was.
     m_changed = true;
-    const auto* found = std::find_if(
-        pixelTypeNames.begin(), pixelTypeNames.end(),
-        [value](const PixelTypeName& entry) { return equalsIgnoringCase(entry.name, value); });
-    if (found == pixelTypeNames.end()) {
+    const auto found = std::find_if(
+        pixelTypes.begin(), pixelTypes.end(),
+        [value](PixelType pixelType) { return equalsIgnoringCase(nameOf(pixelType), value); });
+    if (found == pixelTypes.end()) {
         writeText(message, 255, "Unsupported pixelformat:\"", value,
                   "\". Valid formats are \"mono8\", \"raw8\" and \"rgb24\".");
         return HOST_RESULT_FAILURE;
     }
-    m_pixelType = found->pixelType;
+    m_pixelType = *found;
     return HOST_RESULT_SUCCESS;
 }

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "capture/capture_library.h"
+#include "capture/pixel_type.h"
 
 // A setting that the host reads and writes as text. Host thread.
 //
@@ -48,12 +49,11 @@ public:
     std::int32_t getValue(char* message, char* value) override;
     std::int32_t setValue(char* message, std::string_view value) override;
 
-    // One of the host's pixel type codes.
-    std::uint32_t pixelType() const noexcept { return m_pixelType; }
-    void setPixelType(std::uint32_t pixelType) noexcept { m_pixelType = pixelType; }
+    PixelType pixelType() const noexcept { return m_pixelType; }
+    void setPixelType(PixelType pixelType) noexcept { m_pixelType = pixelType; }
 
 private:
-    std::uint32_t m_pixelType = 0;
+    PixelType m_pixelType = PixelType::mono8;
     DShowLib::Grabber& m_grabber;
     SinkHolder m_sink;
 };

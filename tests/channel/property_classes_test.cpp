@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "properties/camera_features.h"
+#include "properties/device_format_lists.h"
 #include "properties/device_formats.h"
 #include "properties/executables.h"
 #include "properties/process_store.h"

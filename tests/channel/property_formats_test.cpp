@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The video format by name, the list of formats, and each format by its index.
+#include "properties/device_format_lists.h"
 #include "properties/device_formats.h"
 #include "tests/support/property_host.h"
 

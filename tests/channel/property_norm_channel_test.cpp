@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Video norms and input channels by name, and their lists.
+#include "properties/device_format_lists.h"
 #include "properties/device_formats.h"
 #include "tests/support/property_host.h"
 

@@ -110,7 +110,7 @@ TEST_F(PropertyPixelFormat, ReadsAsUnknownForAnyOtherCode) {
     CHostText message;
     CHostText value;
     for (const std::uint32_t code : {1U, 3U, 5U, 6U, 8U, 0xFFFFFFFFU}) {
-        property.setPixelType(code);
+        property.setPixelType(static_cast<PixelType>(code));
         EXPECT_EQ(property.getValue(message, value), 0);
         EXPECT_EQ(value.text(), "unkown") << code;
     }
@@ -126,10 +126,10 @@ TEST_F(PropertyPixelFormat, KeepsItsFlagUpOnceRaised) {
     EXPECT_FALSE(property.isChanged());
     EXPECT_EQ(property.setValue(message, "purple"), 1);
     EXPECT_TRUE(property.isChanged());
-    EXPECT_EQ(property.pixelType(), 0U);
+    EXPECT_EQ(property.pixelType(), PixelType::mono8);
     EXPECT_EQ(property.setValue(message, "rgb24"), 0);
     EXPECT_TRUE(property.isChanged());
-    EXPECT_EQ(property.pixelType(), 7U);
+    EXPECT_EQ(property.pixelType(), PixelType::rgb24);
 }
 
 TEST_F(PropertyPixelFormat, SharesTheSinkOfTheChannel) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// CVideoChannel: which frames the sink delivers.
+#include "acquisition/frame_sink.h"
+
 #include "acquisition/color_formats.h"
-#include "adapter/video_channel.h"
 #include "capture/conversions.h"
 #include "capture/video_formats.h"
 #include "platform/log_trace.h"
@@ -23,6 +23,19 @@ bool isY800(const DShowLib::VideoFormatItem& format) {
     return isY800Text(toNarrow(format.toString_()));
 }
 
+// What serves a pixel type, for the current video format.
+SinkChoice choiceFor(PixelType pixelType, const DShowLib::Grabber& grabber) {
+    switch (pixelType) {
+        case PixelType::raw8:
+            return isY800(grabber.getVideoFormat()) ? rawFromGrey : rawFromColor;
+        case PixelType::rgb24:
+            return color;
+        case PixelType::mono8:
+            break;
+    }
+    return grey;
+}
+
 DShowLib::smart_ptr<DShowLib::FrameHandlerSink> createSink(const DShowLib::FrameTypeInfo& frameType,
                                                            std::uint32_t bufferCount) {
     DShowLib::FrameHandlerSink::tCreateData data;
@@ -35,34 +48,31 @@ DShowLib::smart_ptr<DShowLib::FrameHandlerSink> createSink(const DShowLib::Frame
 
 }  // namespace
 
-void CVideoChannel::SelectDefaultVideoFormat() {
+bool CFrameSink::SelectDefaultVideoFormat() {
     m_rawFromRgb32 = false;
     const auto formats = toStandard(availableVideoFormats(m_grabber));
     if (formats.empty()) {
-        return;
+        return false;
     }
     // Every grey format is made current in turn: the last one stays.
+    bool offersOther = false;
     for (const auto& format : formats) {
         if (isY800(format)) {
             m_grabber.setVideoFormat(format);
         } else {
-            m_pixelFormat->setPixelType(HOST_PIXEL_RAW8);
+            offersOther = true;
         }
     }
-    if (!isY800(m_grabber.getVideoFormat())) {
-        m_rawFromRgb32 = true;
-    }
+    m_rawFromRgb32 = !isY800(m_grabber.getVideoFormat());
+    return offersOther;
 }
 
-void CVideoChannel::CreateNewSink() {
+void CFrameSink::CreateNewSink(PixelType pixelType) {
     const auto previousSink = m_sink;
     const bool previousRaw = m_rawFromRgb32;
-    SinkChoice choice = grey;
-    if (m_pixelFormat->pixelType() == HOST_PIXEL_RAW8) {
-        m_rawFromRgb32 = !isY800(m_grabber.getVideoFormat());
-        choice = m_rawFromRgb32 ? rawFromColor : rawFromGrey;
-    } else if (m_pixelFormat->pixelType() == HOST_PIXEL_RGB24) {
-        choice = color;
+    const SinkChoice choice = choiceFor(pixelType, m_grabber);
+    if (pixelType == PixelType::raw8) {
+        m_rawFromRgb32 = choice.format == ColorFormat::eRGB32;
     }
 
     constexpr std::uint32_t ringSize = 5;
@@ -78,6 +88,29 @@ void CVideoChannel::CreateNewSink() {
         if (!accepted && m_grabber.isLive()) {
             m_sink = previousSink;
             m_rawFromRgb32 = previousRaw;
+        }
+    }
+}
+
+std::uint32_t CFrameSink::outputSize() const {
+    DShowLib::FrameTypeInfo frameType{};
+    if (m_sink) {
+        m_sink->getOutputFrameType(frameType);
+    }
+    return frameType.bufferSize;
+}
+
+void CFrameSink::unlockRing() const {
+    if (!m_sink) {
+        return;
+    }
+    const auto buffers = m_sink->getMemBufferCollection();
+    if (!buffers) {
+        return;
+    }
+    for (ULONG i = 0; i < buffers->getBufferCount(); ++i) {
+        if (const auto buffer = (*buffers)[i]; buffer) {
+            buffer->unlock();
         }
     }
 }

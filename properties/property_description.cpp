@@ -1,24 +1,23 @@
 // SPDX-License-Identifier: MIT
-// CVideoChannel: names, kinds, choices and attributes of settings, all told by
-// the key alone.
+#include "properties/property_description.h"
+
 #include <array>
 
-#include "adapter/video_channel.h"
 #include "capture/conversions.h"
 #include "capture/video_formats.h"
 #include "platform/checked_access.h"
-#include "platform/outputs.h"
 #include "platform/text.h"
 #include "properties/property_keys.h"
+#include "velmora/host_blocks.h"
 
-std::int32_t CVideoChannel::GetPropertyName(char* /*errorText*/, std::int32_t index, char* name) {
+std::int32_t nameProperty(const CPropertyTables& tables, std::int32_t index, char* name) {
     writeText(name, 254, "");
-    if (index >= static_cast<std::int32_t>(m_properties.size())) {
+    if (index >= static_cast<std::int32_t>(tables.properties().size())) {
         return HOST_RESULT_FAILURE;
     }
     std::int32_t result = HOST_RESULT_FAILURE;
     std::int32_t listed = 0;
-    for (const auto& [key, property] : m_properties) {
+    for (const auto& [key, property] : tables.properties()) {
         if (!isListedKey(key)) {
             continue;
         }
@@ -32,24 +31,21 @@ std::int32_t CVideoChannel::GetPropertyName(char* /*errorText*/, std::int32_t in
     return result;
 }
 
-std::int32_t CVideoChannel::GetPropertyType(char* /*errorText*/, const char* key,
-                                            std::uint32_t* type) {
-    const std::string_view text = textOrEmpty(key);
+std::uint32_t kindOfProperty(std::string_view key) noexcept {
+    // The later tests win.
     std::uint32_t kind = HOST_PROPERTY_TEXT;
-    if (isSwitchKey(text) || text == videoFormatKey) {
+    if (isSwitchKey(key) || key == videoFormatKey) {
         kind = HOST_PROPERTY_CHOICE;
     }
-    if (text.find("execute") != std::string_view::npos) {
+    if (key.find("execute") != std::string_view::npos) {
         kind = HOST_PROPERTY_EXECUTABLE;
     }
-    writeIfGiven(type, kind);
-    return HOST_RESULT_SUCCESS;
+    return kind;
 }
 
-std::int32_t CVideoChannel::GetPropertyChoice(char* errorText, const char* key, std::int32_t index,
-                                              char* choice) {
-    const std::string_view text = textOrEmpty(key);
-    if (isSwitchKey(text)) {
+std::int32_t chooseFrom(char* errorText, DShowLib::Grabber& grabber, std::string_view key,
+                        std::int32_t index, char* choice) {
+    if (isSwitchKey(key)) {
         constexpr std::array<std::string_view, 2> states = {"false", "true"};
         if (index != 0 && index != 1) {
             return HOST_RESULT_FAILURE;
@@ -57,24 +53,22 @@ std::int32_t CVideoChannel::GetPropertyChoice(char* errorText, const char* key, 
         writeText(choice, 256, states[static_cast<std::size_t>(index)]);
         return HOST_RESULT_SUCCESS;
     }
-    if (text == videoFormatKey) {
-        const auto formats = toStandard(availableVideoFormats(m_grabber));
+    if (key == videoFormatKey) {
+        const auto formats = toStandard(availableVideoFormats(grabber));
         if (index >= static_cast<std::int32_t>(formats.size())) {
             return HOST_RESULT_FAILURE;
         }
         writeText(choice, 256, checkedAt(formats, index).c_str());
         return HOST_RESULT_SUCCESS;
     }
-    writeText(errorText, 256, "Feature ", text, " Not Found");
+    writeText(errorText, 256, "Feature ", key, " Not Found");
     return HOST_RESULT_FAILURE;
 }
 
-std::int32_t CVideoChannel::GetPropertyAttribute(char* /*errorText*/, const char* /*key*/,
-                                                 std::uint32_t attribute, char* text) {
+void describeAttribute(std::uint32_t attribute, char* text) noexcept {
     if (attribute == 1) {
         writeText(text, 256, "No comment.");
     } else if (attribute == 2 || attribute == 3) {
         writeText(text, 256, "True");
     }
-    return HOST_RESULT_SUCCESS;
 }

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// CFrameSink: which frames the grabber delivers, and the ring that they come in.
+#pragma once
+
+#include <cstdint>
+
+#include "capture/capture_library.h"
+#include "capture/pixel_type.h"
+
+// One sink at a time. Host thread; CreateNewSink wants live video stopped, and changes
+// nothing where a live grabber refuses the new sink. What the library throws passes on.
+class CFrameSink {
+public:
+    // The grabber is not owned.
+    explicit CFrameSink(DShowLib::Grabber& grabber) noexcept : m_grabber(grabber) {}
+    CFrameSink(const CFrameSink&) = delete;
+    CFrameSink& operator=(const CFrameSink&) = delete;
+
+    // Makes the last of the device's grey formats current. Whether it offers any other:
+    // its frames are then raw ones, to begin with.
+    bool SelectDefaultVideoFormat();
+
+    // Replaces the sink by one for the pixel type and the current video format.
+    void CreateNewSink(PixelType pixelType);
+
+    const DShowLib::smart_ptr<DShowLib::FrameHandlerSink>& sink() const noexcept { return m_sink; }
+    // Raw frames arrive as 32-bit pixels, to be turned into the mosaic again.
+    bool isRawFromRgb32() const noexcept { return m_rawFromRgb32; }
+    // Bytes of a frame as it really arrives; 0 where that is not known.
+    std::uint32_t outputSize() const;
+
+    // Every buffer of the ring, locked or not.
+    void unlockRing() const;
+
+private:
+    DShowLib::Grabber& m_grabber;
+    DShowLib::smart_ptr<DShowLib::FrameHandlerSink> m_sink;
+    // Written where the pixel type is raw8 only: no other copy asks for it.
+    bool m_rawFromRgb32 = false;
+};
