@@ -7,13 +7,32 @@
 
 namespace {
 
+// One call of the host into the channel of a context.
+class CHostCall {
+public:
+    explicit CHostCall(const void* context) noexcept
+        : m_channel(channelRegistry().enter(context)) {}
+    CHostCall(const CHostCall&) = delete;
+    CHostCall& operator=(const CHostCall&) = delete;
+    ~CHostCall() {
+        if (m_channel != nullptr) {
+            channelRegistry().leave(*m_channel);
+        }
+    }
+
+    CVideoChannel* channel() const noexcept { return m_channel; }
+
+private:
+    CVideoChannel* m_channel;
+};
+
 // The one shape of all entry points: find the channel of the context, forward,
 // return. A context that is null, closed or unknown fails and touches nothing.
 template <auto operation, class... Arguments>
 std::int32_t forward(char* errorText, void* context, Arguments... arguments) {
-    CVideoChannel* channel = channelRegistry().find(context);
-    return channel != nullptr ? (channel->*operation)(errorText, arguments...)
-                              : HOST_RESULT_FAILURE;
+    const CHostCall call(context);
+    return call.channel() != nullptr ? (call.channel()->*operation)(errorText, arguments...)
+                                     : HOST_RESULT_FAILURE;
 }
 
 std::int32_t closeChannel(char* /*errorText*/, void* context) {

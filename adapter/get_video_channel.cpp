@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The export, the library's entry, and what is made at load, in its order.
 #include <array>
-#include <string>
 
 #include "adapter/channel_registry.h"
+#include "adapter/delay_load.h"
 #include "adapter/entry_points.h"
+#include "adapter/library_file.h"
 #include "adapter/module_folder.h"
 #include "platform/log_trace.h"
 #include "platform/windows.h"
@@ -20,9 +21,6 @@ namespace {
 std::array<wchar_t, 270> moduleFolder{};
 constexpr DWORD longestModulePath = 260;
 
-constexpr const wchar_t* libraryPattern = L"ORV_CAPLB11*.dll";
-constexpr const wchar_t* libraryFile = L"ORV_CAPLB11_x64.dll";
-
 // OLE needs the loading thread in a single-threaded apartment: one start of COM
 // that the host may have made there is undone first.
 struct LoadingThreadCom {
@@ -32,28 +30,27 @@ struct LoadingThreadCom {
     }
 };
 
+HMODULE adapterModule = nullptr;
+
 // Constructed in this order.
 const LoadingThreadCom loadingThreadCom;
 ChannelRegistry registry;
+CLibraryFile libraryFile;
 
 // NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 
-bool isLibraryPresent() {
-    const std::wstring pattern = std::wstring(moduleFolder.data()) + libraryPattern;
-    WIN32_FIND_DATAW found{};
-    HANDLE search = ::FindFirstFileW(pattern.c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) {
+// Lists the cameras. False where the capture library is missing, or of no use.
+bool openCameras() {
+    HMODULE library = libraryFile.load(moduleFolder.data());
+    if (library == nullptr) {
         return false;
     }
-    ::FindClose(search);
+    bindDelayedCalls(adapterModule, library);
+    if (!registry.enumerate()) {
+        libraryFile.unload();
+        return false;
+    }
     return true;
-}
-
-// The library is loaded on its first use in any case. Loading it here turns a
-// damaged file, or one of another name, into a report: on first use it would end
-// the host.
-bool loadLibrary() {
-    return isLibraryPresent() && ::LoadLibraryW(libraryFile) != nullptr;
 }
 
 }  // namespace
@@ -63,14 +60,19 @@ ChannelRegistry& channelRegistry() noexcept {
 }
 
 std::int32_t GetVideoChannel(void* /*ignored*/, std::int32_t index, VideoChannelRecord* record) {
-    ::SetDllDirectoryW(moduleFolder.data());
+    if (moduleFolder[0] != L'\0') {
+        ::SetDllDirectoryW(moduleFolder.data());
+    }
     LogTrace(traceFileName, "%s \n", "\n*** Starting new Session ***");
     if (!registry.isInitialised()) {
-        if (!loadLibrary()) {
+        // A message box of the listing pumps messages: the host may ask again meanwhile.
+        if (registry.isEnumerating()) {
+            return HOST_RESULT_FAILURE;
+        }
+        if (!openCameras()) {
             ::MessageBoxW(nullptr, L"Runtime Libraries not found!", L"Velmora Adapter", MB_OK);
             return HOST_RESULT_FAILURE;
         }
-        registry.enumerate();
     }
     if (index >= registry.size()) {
         return HOST_RESULT_FAILURE;
@@ -85,8 +87,14 @@ std::int32_t GetVideoChannel(void* /*ignored*/, std::int32_t index, VideoChannel
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
     if (reason == DLL_PROCESS_ATTACH) {
-        ::GetModuleFileNameW(module, moduleFolder.data(), longestModulePath);
-        cutToFolder(moduleFolder);
+        adapterModule = module;
+        // A path that fills the whole buffer is cut, and would lead to another folder.
+        if (::GetModuleFileNameW(module, moduleFolder.data(), longestModulePath) <
+            longestModulePath) {
+            cutToFolder(moduleFolder);
+        } else {
+            moduleFolder.fill(L'\0');
+        }
     }
     return TRUE;
 }

@@ -110,7 +110,7 @@ TEST_F(Construction, TouchesNeitherComNorFiles) {
     loadRig(rigs::grey(rigs::trigger));
     makeRecordedChannel();
     EXPECT_THAT(win32Calls({"CoInitializeEx", "CoUninitialize", "OleInitialize", "MessageBoxW",
-                            "LoadLibraryW", "SetEvent", "WaitForSingleObject"}),
+                            "LoadLibraryExW", "SetEvent", "WaitForSingleObject"}),
                 IsEmpty());
 }
 

@@ -32,11 +32,12 @@ TEST_F(Registry, FindsItsChannelsAndNothingElse) {
     registry.enumerate();
     CVideoChannel* channel = &registry.at(0);
     int stranger = 0;
-    EXPECT_EQ(registry.find(channel), channel);
-    EXPECT_EQ(registry.find(nullptr), nullptr);
-    EXPECT_EQ(registry.find(&stranger), nullptr);
+    ASSERT_EQ(registry.enter(channel), channel);
+    registry.leave(*channel);
+    EXPECT_EQ(registry.enter(nullptr), nullptr);
+    EXPECT_EQ(registry.enter(&stranger), nullptr);
     registry.close(channel);
-    EXPECT_EQ(registry.find(channel), nullptr);
+    EXPECT_EQ(registry.enter(channel), nullptr);
 }
 
 TEST_F(Registry, ThrowsOutOfRangeForAPositionWithoutAChannel) {

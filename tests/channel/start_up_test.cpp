@@ -54,9 +54,25 @@ TEST_F(StartUp, TakesTheAdapterDirectlyInTheRoot) {
     EXPECT_EQ(searchDirectory(), "\\");
 }
 
-TEST_F(StartUp, CutsAPathThatIsTooLongToTheFolderThatFits) {
-    load(L"C:\\" + std::wstring(100, L'f') + L"\\" + std::wstring(300, L'g') + L"\\adapter.dll");
-    EXPECT_EQ(searchDirectory(), "C:\\" + std::string(100, 'f') + "\\");
+TEST_F(StartUp, MakesNoFolderOfAPathThatIsTooLong) {
+    const std::wstring ancestor = L"C:\\" + std::wstring(100, L'f') + L"\\";
+    load(ancestor + std::wstring(300, L'g') + L"\\adapter.dll");
+    win32::setFiles({ancestor + L"ORV_CAPLB11_x64.dll", L"ORV_CAPLB11_x64.dll"});
+    HostRecord host;
+    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
+    EXPECT_TRUE(host.isUntouched());
+    EXPECT_EQ(win32::messageBoxes().size(), 1U);
+    EXPECT_THAT(win32Calls({"SetDllDirectoryW", "FindFirstFileW", "LoadLibraryExW"}), IsEmpty());
+}
+
+TEST_F(StartUp, TakesTheLongestPathThatFits) {
+    const std::string folder = "C:\\" + std::string(252, 'f') + "\\";
+    load(std::wstring(folder.begin(), folder.end()) + L"a.d");
+    EXPECT_EQ(searchDirectory(), folder);
+    load(std::wstring(folder.begin(), folder.end()) + L"a.dl");
+    recordAll();
+    GetVideoChannel(nullptr, 0, nullptr);
+    EXPECT_THAT(win32Calls({"SetDllDirectoryW"}), IsEmpty());
 }
 
 TEST_F(StartUp, SetsTheDirectoryThenTracesThenLooksForTheLibrary) {
@@ -64,11 +80,11 @@ TEST_F(StartUp, SetsTheDirectoryThenTracesThenLooksForTheLibrary) {
     HostRecord host;
     ASSERT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
     const auto calls = win32Calls({"SetDllDirectoryW", "FindFirstFileW", "FindClose",
-                                   "LoadLibraryW", "MessageBoxW", "FreeLibrary"});
+                                   "LoadLibraryExW", "MessageBoxW", "FreeLibrary"});
     EXPECT_THAT(calls, ElementsAre("SetDllDirectoryW(C:\\adapter\\)",
                                    "FindFirstFileW(C:\\adapter\\ORV_CAPLB11*.dll)",
                                    ::testing::StartsWith("FindClose("),
-                                   "LoadLibraryW(ORV_CAPLB11_x64.dll)"));
+                                   "LoadLibraryExW(C:\\adapter\\ORV_CAPLB11_x64.dll, null, 8)"));
     EXPECT_EQ(win32::openSearches(), 0);
     const auto traces = trace_recorder::calls();
     ASSERT_FALSE(traces.empty());
@@ -152,7 +168,7 @@ TEST_F(StartUp, ReportsAMissingLibraryOnEveryCallUntilItsFileIsThere) {
         EXPECT_EQ(box.type, 0U);
         EXPECT_EQ(box.threadId, GetCurrentThreadId());
     }
-    EXPECT_THAT(win32Calls({"FindClose", "LoadLibraryW"}), IsEmpty());
+    EXPECT_THAT(win32Calls({"FindClose", "LoadLibraryExW"}), IsEmpty());
 
     win32::setFiles({L"C:\\adapter\\ORV_CAPLB11_x64.dll"});
     EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);

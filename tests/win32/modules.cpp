@@ -138,6 +138,15 @@ HMODULE LoadLibraryW(LPCWSTR name) {
     return reinterpret_cast<HMODULE>(&win32::loadedModule);
 }
 
+HMODULE LoadLibraryExW(LPCWSTR name, HANDLE file, DWORD flags) {
+    record("LoadLibraryExW", utf8(name) + ", " + pointerText(file) + ", " + std::to_string(flags));
+    if (injected("LoadLibraryExW") == 0 || win32::firstMatch(win32::loadedPath(name)).empty()) {
+        SetLastError(ERROR_MOD_NOT_FOUND);
+        return nullptr;
+    }
+    return reinterpret_cast<HMODULE>(&win32::loadedModule);
+}
+
 BOOL FreeLibrary(HMODULE module) {
     record("FreeLibrary", pointerText(module));
     return module != nullptr ? TRUE : FALSE;

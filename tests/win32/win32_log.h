@@ -18,7 +18,7 @@ namespace win32 {
 
 // Logged, in the order of entry: CloseHandle, CoInitializeEx, CoUninitialize,
 // CreateEventA, CreateEventW, FindClose, FindFirstFileW, FreeLibrary,
-// GetModuleFileNameW, GetModuleHandleW, GetProcAddress, LoadLibraryW,
+// GetModuleFileNameW, GetModuleHandleW, GetProcAddress, LoadLibraryExW, LoadLibraryW,
 // MessageBoxW, OleInitialize, OleUninitialize, OutputDebugStringW, ResetEvent,
 // SetDllDirectoryW, SetEvent, StringFromCLSID, WaitForSingleObject.
 // Not logged, since they are many and have no order that matters: memory, locks,
@@ -73,8 +73,8 @@ void runInside(std::string_view name, std::function<void()> work);
 
 // What GetModuleFileNameW answers; at first "C:\adapter\velmora_adapter.dll".
 void setModulePath(std::wstring path);
-// Full paths of the files that FindFirstFileW and LoadLibraryW see; at first the
-// capture library beside the module. LoadLibraryW looks for a name without a
+// Full paths of the files that FindFirstFileW and LoadLibrary see; at first the
+// capture library beside the module. LoadLibrary looks for a name without a
 // folder in the directory of SetDllDirectoryW.
 void setFiles(std::vector<std::wstring> paths);
 // What GetProcAddress answers for a name, in every module.

@@ -30,6 +30,7 @@
 #define MAX_PATH 260
 #define INFINITE 0xFFFFFFFFu
 #define CP_UTF8 65001u
+#define LOAD_WITH_ALTERED_SEARCH_PATH 0x00000008u
 #define MB_ERR_INVALID_CHARS 0x00000008u
 #define WC_ERR_INVALID_CHARS 0x00000080u
 
@@ -190,6 +191,7 @@ DWORD GetCurrentThreadId();
 DWORD GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size);
 HMODULE GetModuleHandleW(LPCWSTR name);
 HMODULE LoadLibraryW(LPCWSTR name);
+HMODULE LoadLibraryExW(LPCWSTR name, HANDLE file, DWORD flags);
 BOOL FreeLibrary(HMODULE module);
 FARPROC GetProcAddress(HMODULE module, LPCSTR name);
 BOOL SetDllDirectoryW(LPCWSTR path);

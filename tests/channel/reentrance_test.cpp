@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+// A host that calls again from inside a call: message boxes pump its messages.
+#include "tests/channel/start_up_fixture.h"
+#include "tests/support/channel_rigs.h"
+
+namespace {
+
+class Reentrance : public CStartUpTest {
+protected:
+    // Shows the box of a null destination, with work of the host inside it.
+    static std::int32_t copyIntoNothing(const VideoChannelRecord& record, CHostStatus& status,
+                                        const std::function<void()>& inside) {
+        win32::runInside("MessageBoxW", inside);
+        const std::int32_t result = record.CopyFrame(nullptr, record.context, nullptr, status);
+        win32::runInside("MessageBoxW", {});
+        return result;
+    }
+};
+
+TEST_F(Reentrance, AChannelClosedInsideItsOwnCallLivesUntilThatCallLeaves) {
+    loadRig(rigs::grey());
+    const VideoChannelRecord record = openRecord();
+    CHostStatus status;
+    std::uint32_t grabbersInside = 0;
+    std::size_t exitsInside = 0;
+    EXPECT_EQ(copyIntoNothing(record, status,
+                              [&] {
+                                  recordAll();
+                                  EXPECT_EQ(record.CloseChannel(nullptr, record.context), 0);
+                                  grabbersInside = alive().grabbers;
+                                  exitsInside = library_log::count("ExitLibrary");
+                              }),
+              0);
+    EXPECT_EQ(status.value(), 4096U);
+    EXPECT_EQ(grabbersInside, 1U);
+    EXPECT_EQ(exitsInside, 0U);
+    EXPECT_EQ(alive().grabbers, 0U);
+    EXPECT_EQ(library_log::count("ExitLibrary"), 1U);
+    EXPECT_EQ(library_log::operations().back(), "ExitLibrary");
+}
+
+TEST_F(Reentrance, AChannelClosedInsideItsOwnCallIsUnlistedAtOnce) {
+    loadRig(rigs::grey() + rigs::color());
+    const VideoChannelRecord first = openRecord(0);
+    const VideoChannelRecord second = openRecord(1);
+    CHostStatus status;
+    copyIntoNothing(first, status, [&] {
+        first.CloseChannel(nullptr, first.context);
+        EXPECT_EQ(openRecord(0).context, second.context);
+        EXPECT_EQ(first.StopAcquisition(nullptr, first.context), 1) << "a dead context";
+    });
+    EXPECT_EQ(alive().grabbers, 1U);
+}
+
+TEST_F(Reentrance, TheOutermostOfNestedCallsDestroysTheChannel) {
+    loadRig(rigs::grey());
+    const VideoChannelRecord record = openRecord();
+    CHostStatus outer;
+    CHostStatus inner;
+    bool nested = false;
+    win32::runInside("MessageBoxW", [&] {
+        if (nested) {
+            return;
+        }
+        nested = true;
+        // The subset allows no box inside a box; any call of the channel serves.
+        EXPECT_EQ(record.GetImageInfo(nullptr, record.context, nullptr, inner), 0);
+        EXPECT_EQ(record.CloseChannel(nullptr, record.context), 0);
+        EXPECT_EQ(alive().grabbers, 1U);
+    });
+    EXPECT_EQ(record.CopyFrame(nullptr, record.context, nullptr, outer), 0);
+    win32::runInside("MessageBoxW", {});
+    EXPECT_EQ(outer.value(), 4096U);
+    EXPECT_EQ(alive().grabbers, 0U);
+}
+
+TEST_F(Reentrance, AnotherChannelClosedInsideACallGoesAtOnceAndTheLibraryStays) {
+    loadRig(rigs::grey() + rigs::color());
+    const VideoChannelRecord first = openRecord(0);
+    const VideoChannelRecord second = openRecord(1);
+    CHostStatus status;
+    copyIntoNothing(first, status, [&] {
+        recordAll();
+        first.CloseChannel(nullptr, first.context);
+        second.CloseChannel(nullptr, second.context);
+        EXPECT_EQ(alive().grabbers, 1U);
+        second.CloseChannel(nullptr, nullptr);
+        EXPECT_EQ(library_log::count("ExitLibrary"), 0U) << "the first is still inside";
+    });
+    EXPECT_EQ(library_log::count("ExitLibrary"), 1U);
+}
+
+TEST_F(Reentrance, AskingForCamerasInsideTheListingChangesNothing) {
+    loadRig(rigs::grey() + rigs::color());
+    virtualCamerasFailCall("Grabber::openDev", 1, 1, VIRTUAL_CAMERAS_FAIL_THROW, 0, "in use");
+    HostRecord inner;
+    std::int32_t answer = -1;
+    win32::runInside("MessageBoxW", [&] { answer = GetVideoChannel(nullptr, 0, &inner.record); });
+    HostRecord outer;
+    EXPECT_EQ(GetVideoChannel(nullptr, 0, &outer.record), 0);
+    win32::runInside("MessageBoxW", {});
+    EXPECT_EQ(answer, 1);
+    EXPECT_TRUE(inner.isUntouched());
+    EXPECT_EQ(channelCount(), 1);
+    EXPECT_EQ(alive().grabbers, 1U);
+    EXPECT_STREQ(outer.record.deviceName, "SIM Color 23");
+}
+
+TEST_F(Reentrance, ClosingNothingInsideTheListingLeavesTheLibraryStarted) {
+    loadRig(rigs::grey() + rigs::color());
+    virtualCamerasFailCall("Grabber::openDev", 1, 1, VIRTUAL_CAMERAS_FAIL_THROW, 0, "in use");
+    win32::runInside("MessageBoxW", [] { channelRegistry().close(nullptr); });
+    HostRecord host;
+    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
+    win32::runInside("MessageBoxW", {});
+    EXPECT_EQ(library_log::count("ExitLibrary"), 0U);
+}
+
+}  // namespace
