@@ -8,6 +8,7 @@
 
 // Opens the connected device with that serial text, one after the other in the
 // library's order until it is found. Whether it was. A device of another serial number is
-// closed again; one that tells none stays open until the next one replaces it. Host
-// thread, COM started; what the library throws passes on.
+// closed again, and so is one that the library throws about; one that tells none stays
+// open until the next one replaces it. Host thread, COM started; what the library throws
+// passes on.
 bool reopenDevice(DShowLib::Grabber& grabber, std::string_view serialText);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "acquisition/frame_delivery.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <span>
 
 #include "acquisition/frame_copy.h"
@@ -26,19 +28,23 @@ void CopyRaw8(std::uint8_t* destination, std::span<const std::uint8_t> frame,
 
 }  // namespace
 
-void copyPixels(std::uint8_t* destination, const DShowLib::MemBuffer& frame, PixelType pixelType,
+bool copyPixels(std::uint8_t* destination, const DShowLib::MemBuffer& frame, PixelType pixelType,
                 const CFrameSink& sink, const FrameShape& shape) {
     switch (pixelType) {
         case PixelType::raw8:
             CopyRaw8(destination, bytesOf(frame), sink, shape);
-            return;
+            return true;
         case PixelType::rgb24: {
-            const std::uint32_t size = sink.outputSize();
-            frameCopyKernels().block(destination, bytesOf(frame), size);
-            return;
+            const auto size = sink.outputSize();
+            if (size) {
+                frameCopyKernels().block(destination, bytesOf(frame),
+                                         std::min<std::size_t>(*size, shape.colorLimit));
+            }
+            return size.has_value();
         }
         case PixelType::mono8:
             break;
     }
     frameCopyKernels().block(destination, bytesOf(frame), frameBytes(shape.width, shape.height));
+    return true;
 }

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "acquisition/frame_sink.h"
 
+#include <exception>
+#include <string>
+#include <utility>
+
 #include "acquisition/color_formats.h"
 #include "capture/conversions.h"
 #include "capture/video_formats.h"
@@ -46,6 +50,17 @@ DShowLib::smart_ptr<DShowLib::FrameHandlerSink> createSink(const DShowLib::Frame
     return DShowLib::FrameHandlerSink::create(data);
 }
 
+// The trace says nothing, so what it asks the library for must not fail the sink.
+void traceChoice(const DShowLib::Grabber& grabber, const SinkChoice& choice) {
+    std::string model;
+    try {
+        model = toNarrow(grabber.getDev().getFriendlyName_());
+    } catch (...) {
+        // Traced without a name.
+    }
+    LogTrace(traceFileName, "%s %s \n", model.c_str(), choice.trace);
+}
+
 }  // namespace
 
 bool CFrameSink::SelectDefaultVideoFormat() {
@@ -68,49 +83,53 @@ bool CFrameSink::SelectDefaultVideoFormat() {
 }
 
 void CFrameSink::CreateNewSink(PixelType pixelType) {
-    const auto previousSink = m_sink;
-    const bool previousRaw = m_rawFromRgb32;
     const SinkChoice choice = choiceFor(pixelType, m_grabber);
+    constexpr std::uint32_t ringSize = 5;
+    auto sink = createSink({ColorformatToSubtype(choice.format), 0, 0, 0}, ringSize);
+    traceChoice(m_grabber, choice);
+    bool accepted = false;
+    if (sink) {
+        sink->setSnapMode(false);
+        accepted = m_grabber.setSinkType(DShowLib::smart_ptr<DShowLib::GrabberSinkType>(sink));
+    }
+    // Live, the grabber goes on delivering into the sink that it has, and the copy has
+    // to know that one.
+    if (!accepted && m_grabber.isLive()) {
+        return;
+    }
+    m_sink = std::move(sink);
+    m_pixelType = pixelType;
     if (pixelType == PixelType::raw8) {
         m_rawFromRgb32 = choice.format == ColorFormat::eRGB32;
     }
-
-    constexpr std::uint32_t ringSize = 5;
-    m_sink = createSink({ColorformatToSubtype(choice.format), 0, 0, 0}, ringSize);
-    LogTrace(traceFileName, "%s %s \n", toNarrow(m_grabber.getDev().getFriendlyName_()).c_str(),
-             choice.trace);
-    if (m_sink) {
-        m_sink->setSnapMode(false);
-        const bool accepted =
-            m_grabber.setSinkType(DShowLib::smart_ptr<DShowLib::GrabberSinkType>(m_sink));
-        // Live, the grabber goes on delivering into the sink that it has, and the
-        // copy has to know that one.
-        if (!accepted && m_grabber.isLive()) {
-            m_sink = previousSink;
-            m_rawFromRgb32 = previousRaw;
-        }
-    }
 }
 
-std::uint32_t CFrameSink::outputSize() const {
+std::optional<std::uint32_t> CFrameSink::outputSize() const {
     DShowLib::FrameTypeInfo frameType{};
-    if (m_sink) {
-        m_sink->getOutputFrameType(frameType);
+    if (!m_sink || !m_sink->getOutputFrameType(frameType)) {
+        return std::nullopt;
     }
     return frameType.bufferSize;
 }
 
 void CFrameSink::unlockRing() const {
-    if (!m_sink) {
-        return;
-    }
-    const auto buffers = m_sink->getMemBufferCollection();
+    const auto buffers = m_sink ? m_sink->getMemBufferCollection()
+                                : DShowLib::smart_ptr<DShowLib::MemBufferCollection>();
     if (!buffers) {
         return;
     }
+    // One buffer that fails must not leave the others locked.
+    std::exception_ptr failure;
     for (ULONG i = 0; i < buffers->getBufferCount(); ++i) {
-        if (const auto buffer = (*buffers)[i]; buffer) {
-            buffer->unlock();
+        try {
+            if (const auto buffer = (*buffers)[i]; buffer) {
+                buffer->unlock();
+            }
+        } catch (...) {
+            failure = std::current_exception();
         }
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
     }
 }

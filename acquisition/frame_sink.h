@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "capture/capture_library.h"
 #include "capture/pixel_type.h"
@@ -26,15 +27,19 @@ public:
     const DShowLib::smart_ptr<DShowLib::FrameHandlerSink>& sink() const noexcept { return m_sink; }
     // Raw frames arrive as 32-bit pixels, to be turned into the mosaic again.
     bool isRawFromRgb32() const noexcept { return m_rawFromRgb32; }
-    // Bytes of a frame as it really arrives; 0 where that is not known.
-    std::uint32_t outputSize() const;
+    // Whether the sink delivers what that pixel type wants: after a sink that could not be
+    // made, the one before it stays.
+    bool isFor(PixelType pixelType) const noexcept { return m_sink && m_pixelType == pixelType; }
+    // Bytes of a frame as it really arrives; none where the sink does not tell.
+    std::optional<std::uint32_t> outputSize() const;
 
-    // Every buffer of the ring, locked or not.
+    // Every buffer of the ring, locked or not, also after one of them has thrown.
     void unlockRing() const;
 
 private:
     DShowLib::Grabber& m_grabber;
     DShowLib::smart_ptr<DShowLib::FrameHandlerSink> m_sink;
+    PixelType m_pixelType = PixelType::mono8;
     // Written where the pixel type is raw8 only: no other copy asks for it.
     bool m_rawFromRgb32 = false;
 };

@@ -39,6 +39,8 @@ public:
         return false;
     }
     void endHandOver() noexcept { clear(handingOver); }
+    // The frame could not be held: nothing is ready, and the wait is over all the same.
+    void abandonHandOver() noexcept { clear(handingOver | ready); }
 
 private:
     static constexpr std::uint16_t ready = 0x0001;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 
+#include "acquisition/frame_delivery.h"
 #include "acquisition/frame_sink.h"
 #include "acquisition/listener.h"
 #include "capture/capture_library.h"
@@ -72,6 +73,8 @@ private:
     void writeSerialText();
     void takeSize();
     bool CheckDevice();
+    void resumeLive();
+    FrameShape frameShape() const noexcept;
 
     // Constant once constructed.
     std::array<char, 255> m_deviceName{};
@@ -80,9 +83,11 @@ private:
     HANDLE m_frameEvent = nullptr;  // manual reset; never closed: a channel dies at most once
     CPropertyPixelFormat* m_pixelFormat = nullptr;  // lives to the end of the process
 
-    // Taken at construction and at every start, in pixels.
+    // Taken at construction and at every successful start, in pixels.
     std::int32_t m_width = 0;
     std::int32_t m_height = 0;
+    // A device that came back may have another format than the host knows of.
+    bool m_restoredSinceStart = false;
 
     // Shared with the delivery thread. Outlives the grabber, which is the last to deliver.
     CListener m_listener;

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // CVideoChannel: starting, stopping, waiting and copying, and the return of a lost device.
+#include <limits>
+
 #include "acquisition/device_search.h"
+#include "acquisition/frame_copy.h"
 #include "acquisition/frame_delivery.h"
 #include "adapter/video_channel.h"
 #include "capture/no_device.h"
@@ -30,6 +33,7 @@ std::int32_t CVideoChannel::StartAcquisition(char* errorText) {
     std::int32_t result = HOST_RESULT_SUCCESS;
     if (m_grabber.startLive(false)) {
         takeSize();
+        m_restoredSinceStart = false;
     } else {
         writeText(errorText, 254, m_grabber.getLastError().c_str());
         result = HOST_RESULT_FAILURE;
@@ -54,7 +58,12 @@ std::int32_t CVideoChannel::StopAcquisition(char* errorText) {
     m_listener.endWait();
     ::ResetEvent(m_frameEvent);
     m_listener.clearReady();
-    m_sink.unlockRing();
+    try {
+        m_sink.unlockRing();
+    } catch (...) {
+        m_listener.unlockBuffer();
+        throw;
+    }
     // The held buffer is in the ring as a rule, and is unlocked twice on purpose.
     m_listener.unlockBuffer();
     return HOST_RESULT_SUCCESS;
@@ -90,10 +99,21 @@ bool CVideoChannel::CheckDevice() {
     if (!reopenDevice(m_grabber, m_serialText)) {
         return false;
     }
-    m_parameters.restoreTrigger();
+    m_restoredSinceStart = true;
+    try {
+        m_parameters.restoreTrigger();
+    } catch (...) {
+        // The device is open again and will not be searched for: it has to be live.
+        resumeLive();
+        throw;
+    }
+    resumeLive();
+    return true;
+}
+
+void CVideoChannel::resumeLive() {
     m_grabber.startLive(false);
     ::OutputDebugStringW(L"Device restored!\n");
-    return true;
 }
 
 std::int32_t CVideoChannel::GetImageInfo(char* errorText, ImageInfo* image, std::uint32_t* status) {
@@ -128,14 +148,23 @@ std::int32_t CVideoChannel::CopyFrame(char* /*errorText*/, void* destination,
         writeIfGiven<std::uint32_t>(status, HOST_STATUS_NO_FRAME);
         return HOST_RESULT_SUCCESS;
     } else if (const DShowLib::MemBuffer* frame = m_listener.readyBuffer(); frame != nullptr) {
-        copyPixels(static_cast<std::uint8_t*>(destination), *frame, m_pixelFormat->pixelType(),
-                   m_sink, {m_width, m_height, m_rawUnshifted});
+        const bool copied = copyPixels(static_cast<std::uint8_t*>(destination), *frame,
+                                       m_pixelFormat->pixelType(), m_sink, frameShape());
         m_listener.unlockBuffer();
-        writeIfGiven<std::uint32_t>(status, HOST_STATUS_DONE);
+        writeIfGiven<std::uint32_t>(status, copied ? HOST_STATUS_DONE : HOST_STATUS_NO_FRAME);
         m_listener.clearReady();
         return HOST_RESULT_SUCCESS;
     }
     writeIfGiven<std::uint32_t>(status, HOST_STATUS_NO_FRAME);
     m_listener.clearReady();
     return HOST_RESULT_SUCCESS;
+}
+
+FrameShape CVideoChannel::frameShape() const noexcept {
+    constexpr std::size_t bytesPerPixel = 3;
+    // What the sink delivers may then be larger than the host was told.
+    const bool isBounded = m_restoredSinceStart || !m_sink.isFor(PixelType::rgb24);
+    return {m_width, m_height, m_rawUnshifted,
+            isBounded ? bytesPerPixel * frameBytes(m_width, m_height)
+                      : std::numeric_limits<std::size_t>::max()};
 }

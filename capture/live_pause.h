@@ -5,15 +5,20 @@
 #include "capture/capture_library.h"
 
 // Makes the change, with live video stopped for its time where it runs: the results
-// of stopping and starting again are not asked for.
+// of stopping and starting again are not asked for. Live video starts again also where
+// the change throws; what it threw then goes on.
 template <class Change>
 void whileLiveIsPaused(DShowLib::Grabber& grabber, const Change& change) {
-    const bool wasLive = grabber.isLive();
-    if (wasLive) {
-        grabber.stopLive();
+    if (!grabber.isLive()) {
+        change();
+        return;
     }
-    change();
-    if (wasLive) {
+    grabber.stopLive();
+    try {
+        change();
+    } catch (...) {
         grabber.startLive(false);
+        throw;
     }
+    grabber.startLive(false);
 }

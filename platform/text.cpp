@@ -66,8 +66,7 @@ CBoundedText& CBoundedText::append(const CTextPiece& piece) noexcept {
     if (m_buffer != nullptr) {
         const std::size_t size = std::min(piece.text().size(), m_capacity - m_size);
         if (size != 0) {
-            // A host may pass one buffer as a text and as the place for a message.
-            std::memmove(m_buffer + m_size, piece.text().data(), size);
+            std::memcpy(m_buffer + m_size, piece.text().data(), size);
         }
         m_size += size;
         m_buffer[m_size] = '\0';

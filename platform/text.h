@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -63,9 +64,14 @@ private:
     std::size_t m_size = 0;
 };
 
-// Replaces the buffer's text by the pieces, one after the other.
+// Replaces the buffer's text by the pieces, one after the other. A piece may lie in the
+// buffer itself: a host may pass one buffer as a text and as the place for a message.
 template <class... Pieces>
 void writeText(char* buffer, std::size_t bound, const Pieces&... pieces) noexcept {
-    CBoundedText text(buffer, bound);
+    char composed[hostTextBytes];
+    CBoundedText text(composed, bound);
     (text.append(CTextPiece(pieces)), ...);
+    if (buffer != nullptr) {
+        std::memcpy(buffer, composed, text.size() + 1);
+    }
 }

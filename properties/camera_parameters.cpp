@@ -73,15 +73,9 @@ void CCameraParameters::apply(const CameraParameterBlock& parameters, std::int32
 }
 
 void CCameraParameters::restoreTrigger() const {
-    CProperty* trigger = m_triggerEnabled ? m_tables.findProperty(triggerEnableKey) : nullptr;
-    if (trigger == nullptr) {
-        return;
-    }
-    try {
+    if (CProperty* trigger = m_tables.findProperty(triggerEnableKey);
+        m_triggerEnabled && trigger != nullptr) {
         trigger->setValue(nullptr, "true");
-    } catch (...) {
-        // The result counts as little as a refusal: the camera is live again either
-        // way, and a device left open but stopped would never be searched for.
     }
 }
 

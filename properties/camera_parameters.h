@@ -33,7 +33,7 @@ public:
     void apply(const CameraParameterBlock& parameters, std::int32_t width, std::int32_t height);
 
     // Switches the trigger on again where the last block asked for it: a device that
-    // comes back has forgotten it.
+    // comes back has forgotten it. A refusal is dropped.
     void restoreTrigger() const;
 
 private:

