@@ -33,6 +33,17 @@ if(TARGET velmora_adapter AND NOT MSVC)
     endforeach()
 endif()
 
+# The adapter's file is built without the virtual cameras' sources, against an import
+# library that the builder names.
+if(TARGET velmora_adapter AND NOT MSVC)
+    velmora_add_check(
+        Build.AdapterNeedsNoVirtualCameras
+        ${CMAKE_COMMAND} -D ROOT=${PROJECT_SOURCE_DIR} -D WORK=${PROJECT_BINARY_DIR}/without_cameras -D
+        TOOLCHAIN=${CMAKE_TOOLCHAIN_FILE} -D GENERATOR=${CMAKE_GENERATOR} -D
+        IMPORT_LIBRARY=$<TARGET_LINKER_FILE:virtual_cameras> -P
+        ${PROJECT_SOURCE_DIR}/cmake/check_build_without_cameras.cmake)
+endif()
+
 # What must not compile, does not; and each case compiles without its bad line.
 if(NOT WIN32)
     file(GLOB cases CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/compile_fail/*.cpp)
@@ -50,6 +61,7 @@ if(VELMORA_CHECKS)
     velmora_add_check(Sources.AreFormatted ${scripts}/check_format.sh)
     velmora_add_check(Sources.IncludeOnlyWhatTheLayoutAllows ${scripts}/check_includes.sh)
     velmora_add_check(Sources.IncludeCheckFindsBadEdges ${scripts}/check_includes_test.sh)
+    velmora_add_check(Docs.NameTestsAndFilesThatAreThere ${scripts}/check_docs.sh)
     velmora_add_check(Sources.PassClangTidy ${scripts}/check_tidy.sh ${PROJECT_BINARY_DIR})
     set_tests_properties(${VELMORA_BUILD_NAME}/Sources.PassClangTidy PROPERTIES TIMEOUT 3600
                                                                                PROCESSORS 2)

@@ -1,14 +1,16 @@
 # SPDX-License-Identifier: MIT
-# Writes the import list (a .def file) for LIBRARY into IMPORTS: of the linker's
-# list EXPORTS, the functions of namespace DShowLib, by name.
+# Writes the import list (a .def file) for LIBRARY into IMPORTS: of the symbols of
+# IMPORT_LIBRARY, as NM lists them, the functions of namespace DShowLib, by name.
 cmake_minimum_required(VERSION 3.25)
 
-file(STRINGS ${EXPORTS} lines REGEX "^ +_ZN[KVRO]*8DShowLib")
-list(FILTER lines EXCLUDE REGEX " DATA")
-list(TRANSFORM lines REPLACE "^ +([A-Za-z0-9_]+).*$" "\\1")
-list(SORT lines)
-if(NOT lines)
-    message(FATAL_ERROR "${EXPORTS} names no function of the capture library")
+execute_process(COMMAND ${NM} --defined-only ${IMPORT_LIBRARY} OUTPUT_VARIABLE symbols
+                ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL " T _ZN[KVRO]*8DShowLib[A-Za-z0-9_]+" functions "${symbols}")
+list(TRANSFORM functions REPLACE "^ T " "")
+list(SORT functions)
+list(REMOVE_DUPLICATES functions)
+if(NOT functions)
+    message(FATAL_ERROR "${IMPORT_LIBRARY} names no function of the capture library")
 endif()
-list(JOIN lines "\n    " names)
+list(JOIN functions "\n    " names)
 file(WRITE ${IMPORTS} "LIBRARY ${LIBRARY}\nEXPORTS\n    ${names}\n")
