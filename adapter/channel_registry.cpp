@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "adapter/delay_load.h"
+#include "adapter/module_reference.h"
 #include "capture/capture_library.h"
 #include "capture/conversions.h"
 #include "platform/checked_access.h"
@@ -56,6 +57,9 @@ bool ChannelRegistry::enumerate() {
     }
     openAll();
     m_initialised = true;
+    if (!m_listed.empty()) {
+        holdOwnModule();
+    }
     return true;
 }
 
@@ -139,4 +143,5 @@ void ChannelRegistry::shutDownIfIdle() {
     }
     DShowLib::ExitLibrary();
     m_libraryStarted = false;
+    releaseOwnModule();
 }

@@ -7,6 +7,7 @@
 #include "adapter/entry_points.h"
 #include "adapter/library_file.h"
 #include "adapter/module_folder.h"
+#include "adapter/module_reference.h"
 #include "platform/log_trace.h"
 #include "platform/windows.h"
 #include "velmora/video_channel_record.h"
@@ -85,7 +86,7 @@ std::int32_t GetVideoChannel(void* /*ignored*/, std::int32_t index, VideoChannel
     return HOST_RESULT_SUCCESS;
 }
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnds) {
     if (reason == DLL_PROCESS_ATTACH) {
         adapterModule = module;
         // A path that fills the whole buffer is cut, and would lead to another folder.
@@ -95,6 +96,9 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved
         } else {
             moduleFolder.fill(L'\0');
         }
+    }
+    if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) {
+        letLastCallLeave();
     }
     return TRUE;
 }

@@ -78,9 +78,28 @@ TEST_F(Lifetime, UnloadingClosesNoCamera) {
     ASSERT_EQ(before.grabbers, 4U);
     control().recordCalls(1);
     m_adapter->unload();
-    EXPECT_EQ(::GetModuleHandleW(L"velmora_adapter.dll"), nullptr);
+    EXPECT_NE(::GetModuleHandleW(L"velmora_adapter.dll"), nullptr) << "cameras are open";
     EXPECT_EQ(control().operations(), std::vector<std::string>{});
     EXPECT_EQ(fieldsOf(control().alive()), fieldsOf(before));
+}
+
+TEST_F(Lifetime, AHostThatFreesTheAdapterTooEarlyGoesOnAndMayLoadItAgain) {
+    const CHostChannel camera = channel(0);
+    const CHostChannel others[] = {channel(1), channel(2), channel(3)};
+    ASSERT_EQ(camera.start(), succeeded());
+    m_adapter->unload();
+    EXPECT_EQ(control().deliverFrame(greySerial), 1) << "the listener's code is still there";
+    for (const CHostChannel& other : others) {
+        EXPECT_EQ(other.close(), succeeded());
+    }
+    EXPECT_EQ(camera.close(), succeeded());
+
+    // The module goes once this thread has left it; loading it again waits for that.
+    m_adapter = std::make_unique<CAdapterDll>(folder().adapterFile());
+    ASSERT_TRUE(adapter().isLoaded());
+    const CHostChannel again = channel(0);
+    EXPECT_STREQ(again.record().serialText, "1A2B");
+    EXPECT_EQ(control().misuses(), 0U) << control().lastMisuse();
 }
 
 TEST_F(Lifetime, TwoAdaptersInOneProcessAreApart) {

@@ -177,4 +177,24 @@ TEST_F(Closing, TakesNoTextBuffer) {
     EXPECT_EQ(alive().grabbers, 0U);
 }
 
+TEST_F(Closing, HoldsTheAdaptersModuleWhileAnyCameraIsOpen) {
+    loadRig(rigs::grey() + rigs::color());
+    recordAll();
+    const VideoChannelRecord first = openRecord(0);
+    const VideoChannelRecord second = openRecord(1);
+    EXPECT_THAT(win32Calls({"holdOwnModule", "releaseOwnModule"}), ElementsAre("holdOwnModule()"));
+    EXPECT_EQ(close(first, first.context), 0);
+    EXPECT_THAT(win32Calls({"releaseOwnModule"}), IsEmpty());
+    EXPECT_EQ(close(second, second.context), 0);
+    EXPECT_THAT(win32Calls({"releaseOwnModule"}), ElementsAre("releaseOwnModule()"));
+    EXPECT_EQ(library_log::operations().back(), "ExitLibrary");
+}
+
+TEST_F(Closing, HoldsNoModuleWithoutACamera) {
+    chooseRig("empty");
+    recordAll();
+    EXPECT_EQ(GetVideoChannel(nullptr, 0, nullptr), 1);
+    EXPECT_THAT(win32Calls({"holdOwnModule"}), IsEmpty());
+}
+
 }  // namespace

@@ -18,7 +18,8 @@ namespace win32 {
 
 // Logged, in the order of entry: CloseHandle, CoInitializeEx, CoUninitialize,
 // CreateEventA, CreateEventW, FindClose, FindFirstFileW, FreeLibrary,
-// GetModuleFileNameW, GetModuleHandleW, GetProcAddress, LoadLibraryExW, LoadLibraryW,
+// GetModuleFileNameW, GetModuleHandleW, GetProcAddress, holdOwnModule, LoadLibraryExW,
+// LoadLibraryW, releaseOwnModule,
 // MessageBoxW, OleInitialize, OleUninitialize, OutputDebugStringW, ResetEvent,
 // SetDllDirectoryW, SetEvent, StringFromCLSID, WaitForSingleObject.
 // Not logged, since they are many and have no order that matters: memory, locks,
