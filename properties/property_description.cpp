@@ -3,7 +3,6 @@
 
 #include <array>
 
-#include "capture/conversions.h"
 #include "capture/video_formats.h"
 #include "platform/checked_access.h"
 #include "platform/text.h"
@@ -12,23 +11,13 @@
 
 std::int32_t nameProperty(const CPropertyTables& tables, std::int32_t index, char* name) {
     writeText(name, 254, "");
-    if (index >= static_cast<std::int32_t>(tables.properties().size())) {
+    const auto& keys = tables.listedKeys();
+    if (index < 0 || static_cast<std::size_t>(index) >= keys.size()) {
         return HOST_RESULT_FAILURE;
     }
-    std::int32_t result = HOST_RESULT_FAILURE;
-    std::int32_t listed = 0;
-    for (const auto& [key, property] : tables.properties()) {
-        if (!isListedKey(key)) {
-            continue;
-        }
-        if (listed == index) {
-            writeText(name, 254, key);
-            ::OutputDebugStringW(L"\n");
-            result = HOST_RESULT_SUCCESS;
-        }
-        ++listed;
-    }
-    return result;
+    writeText(name, 254, keys[static_cast<std::size_t>(index)]);
+    ::OutputDebugStringW(L"\n");
+    return HOST_RESULT_SUCCESS;
 }
 
 std::uint32_t kindOfProperty(std::string_view key) noexcept {
@@ -54,7 +43,9 @@ std::int32_t chooseFrom(char* errorText, DShowLib::Grabber& grabber, std::string
         return HOST_RESULT_SUCCESS;
     }
     if (key == videoFormatKey) {
-        const auto formats = toStandard(availableVideoFormats(grabber));
+        const auto list = availableVideoFormats(grabber);
+        const DShowLib::dvector<DShowLib::VideoFormatItem> none;
+        const auto& formats = list ? *list : none;
         if (index >= static_cast<std::int32_t>(formats.size())) {
             return HOST_RESULT_FAILURE;
         }

@@ -2,12 +2,8 @@
 #include "properties/property_keys.h"
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
 
 namespace {
-
-constexpr std::size_t longestUniqueKey = 254;
 
 constexpr std::array<std::string_view, 6> hiddenParts = {"binning", minimumSuffix, maximumSuffix,
                                                          "feature", "execute",     "_"};
@@ -25,9 +21,12 @@ std::string lowered(std::string_view text) {
     return result;
 }
 
-std::string normalisedKey(std::string_view key) {
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): what counts of the text is written.
+CHostKey::CHostKey(std::string_view key) noexcept
     // Without any character but blanks this is npos + 1, which is 0.
-    return lowered(key.substr(0, key.find_last_not_of(' ') + 1));
+    : m_size(std::min(key.find_last_not_of(' ') + 1, m_text.size())) {
+    std::transform(key.begin(), key.begin() + static_cast<std::ptrdiff_t>(m_size), m_text.begin(),
+                   [](char character) { return lowered(character); });
 }
 
 std::string baseKey(std::string_view itemName, std::string_view elementName) {

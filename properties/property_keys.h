@@ -2,6 +2,8 @@
 // Pure: how the keys of settings and commands are made and matched.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -38,8 +40,32 @@ constexpr char lowered(char character) noexcept {
 }
 std::string lowered(std::string_view text);
 
-// A host's key as the tables know it: lowered, blanks at its end removed.
-std::string normalisedKey(std::string_view key);
+// The longest key that is made: a unique one with the longest ending of a companion.
+inline constexpr std::size_t longestUniqueKey = 254;
+inline constexpr std::size_t longestKey = longestUniqueKey + maximumSuffix.size();
+
+// A host's key as the tables know it. Allocates nothing; of a key that is longer than any
+// in a table just so much is kept that it matches none.
+class CHostKey {
+public:
+    explicit CHostKey(std::string_view key) noexcept;
+
+    operator std::string_view() const noexcept {  // NOLINT(google-explicit-constructor)
+        return {m_text.data(), m_size};
+    }
+    friend bool operator==(const CHostKey& left, std::string_view right) noexcept {
+        return std::string_view(left) == right;
+    }
+
+private:
+    std::array<char, longestKey + 1> m_text;
+    std::size_t m_size;
+};
+
+// Lowered, blanks at its end removed.
+inline CHostKey normalisedKey(std::string_view key) noexcept {
+    return CHostKey(key);
+}
 
 // Item and element name, lowered, with one blank between.
 std::string baseKey(std::string_view itemName, std::string_view elementName);

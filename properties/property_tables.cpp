@@ -93,6 +93,11 @@ void CPropertyTables::buildPropertyTable(DShowLib::Grabber& grabber,
     // The keys themselves are not written: the header stands alone.
     ::OutputDebugStringW(L"\n\nAll Properties:\n");
     addListEntries();
+    for (const auto& [key, property] : m_properties) {
+        if (isListedKey(key)) {
+            m_listedKeys.emplace_back(key);
+        }
+    }
 }
 
 void CPropertyTables::addVCDInterfaces(DShowLib::Grabber& grabber, DShowLib::IVCDPropertyItem& item,

@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "properties/executables.h"
 #include "properties/interface_kinds.h"
@@ -35,9 +36,8 @@ public:
     bool hasProperty(std::string_view key) const { return findProperty(key) != nullptr; }
     bool hasExecute(std::string_view key) const { return findExecute(key) != nullptr; }
 
-    const std::map<std::string, CProperty*, std::less<>>& properties() const noexcept {
-        return m_properties;
-    }
+    // The keys that the host's list of settings shows, in byte order.
+    const std::vector<std::string_view>& listedKeys() const noexcept { return m_listedKeys; }
 
 private:
     // One interface of one element of one item.
@@ -72,4 +72,6 @@ private:
 
     std::map<std::string, CProperty*, std::less<>> m_properties;
     std::map<std::string, CExecute*, std::less<>> m_executes;
+    // Into the keys of m_properties.
+    std::vector<std::string_view> m_listedKeys;
 };

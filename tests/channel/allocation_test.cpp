@@ -90,4 +90,22 @@ TEST_F(Allocation, DoesNotHappenForAFrameThatNobodyWaitsFor) {
     EXPECT_EQ(counted_new::stop(), 0U);
 }
 
+TEST_F(Allocation, OfASettingIsTheLibrarysAlone) {
+    loadRig(rigs::grey(rigs::range("Contrast adjustment", 0, 255, 51)));
+    CVideoChannel& channel = makeChannel();
+    const auto calls = [&](const char* key, const char* value) {
+        CHostText message;
+        CHostText read;
+        counted_new::start();
+        channel.SetPropertyValue(message, key, value);
+        channel.GetPropertyValue(message, key, read);
+        return counted_new::stop();
+    };
+    // The virtual camera itself is part of the program here: what it makes is its own.
+    virtualCamerasRecordCalls(0);
+    EXPECT_EQ(calls("Contrast Adjustment Value Range", "77"), 0U);
+    EXPECT_EQ(calls("contrast adjustment value range max", "1"), 0U);
+    EXPECT_EQ(calls("no key of any table, but a long one", "1"), 0U);
+}
+
 }  // namespace

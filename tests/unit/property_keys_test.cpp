@@ -59,6 +59,13 @@ TEST(NormalisedKey, OtherWhiteSpaceIsNoBlank) {
     EXPECT_EQ("framerate\xA0", normalisedKey("framerate\xA0"));
 }
 
+TEST(NormalisedKey, LongerThanAnyKeyStaysLongerThanAnyKey) {
+    EXPECT_EQ(std::string(258, 'x'), normalisedKey(std::string(258, 'X')));
+    EXPECT_EQ(std::string(259, 'x'), normalisedKey(std::string(259, 'X')));
+    EXPECT_EQ(std::string(259, 'x'), normalisedKey(std::string(100000, 'X')));
+    EXPECT_EQ(std::string(258, 'x'), normalisedKey(std::string(258, 'x') + std::string(9000, ' ')));
+}
+
 TEST(BaseKey, JoinsTheLoweredNamesWithOneBlank) {
     EXPECT_EQ("brightness value", baseKey("Brightness", "Value"));
     EXPECT_EQ("white balance one push", baseKey("White Balance", "One Push"));
