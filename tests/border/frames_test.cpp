@@ -5,7 +5,7 @@
 
 #include "tests/border/support/border_test.h"
 #include "tests/border/support/message_boxes.h"
-#include "virtual_cameras/scene_code.h"
+#include "virtual_cameras/scenes/scene_code.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "tests/support/channel_fixture.h"
 #include "tests/support/channel_rigs.h"
-#include "virtual_cameras/buffers.h"
+#include "virtual_cameras/live/buffers.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "tests/virtual_cameras/camera_rig.h"
-#include "virtual_cameras/scene_code.h"
+#include "virtual_cameras/scenes/scene_code.h"
 
 namespace camera_tests {
 namespace {

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "virtual_cameras/calls/call.h"
+
+#include <array>
+#include <charconv>
+
+namespace virtual_cameras {
+
+namespace {
+
+template <class Number, class... Form>
+std::string numberText(Number number, Form... form) {
+    constexpr std::size_t longest = 400;
+    std::array<char, longest> text;
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), number, form...).ptr;
+    return std::string(text.data(), end);
+}
+
+}  // namespace
+
+std::string textOf(bool value) {
+    return value ? "true" : "false";
+}
+
+std::string textOf(double value) {
+    return numberText(value);
+}
+
+std::string textOf(std::int64_t value) {
+    return numberText(value);
+}
+
+std::string textOf(std::int32_t value) {
+    return numberText(value);
+}
+
+std::string textOf(std::uint32_t value) {
+    return numberText(value);
+}
+
+std::string textOf(const char* value) {
+    return value != nullptr ? value : "null";
+}
+
+std::string textOf(std::string_view value) {
+    return std::string(value);
+}
+
+std::string resultCodeText(HRESULT code) {
+    std::string digits = numberText(static_cast<std::uint32_t>(code), 16);
+    for (char& digit : digits) {
+        digit = digit >= 'a' ? static_cast<char>(digit - 'a' + 'A') : digit;
+    }
+    return "0x" + std::string(8 - digits.size(), '0') + digits;
+}
+
+void CCall::throwText(char* text) {
+    if (m_recorded) {
+        callLog().add(m_camera, m_operation, m_arguments, "throw " + std::string(text));
+    }
+    // As the library's users catch it.
+    throw text;  // NOLINT(misc-throw-by-value-catch-by-reference,cert-err09-cpp,cert-err61-cpp)
+}
+
+}  // namespace virtual_cameras

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+// One call into the library, from its start to its return: asks whether it is to
+// fail, and records it. Every operation begins by making one and ends by
+// returning through it.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "capture/library/handles.h"
+#include "capture/library/strings.h"
+#include "virtual_cameras/calls/call_log.h"
+#include "virtual_cameras/calls/faults.h"
+
+namespace virtual_cameras {
+
+std::string textOf(bool value);
+std::string textOf(double value);
+std::string textOf(std::int64_t value);
+std::string textOf(std::int32_t value);
+std::string textOf(std::uint32_t value);
+std::string textOf(const char* value);
+std::string textOf(std::string_view value);
+// "0x80004005"
+std::string resultCodeText(HRESULT code);
+
+template <class Item>
+std::string textOf(const DShowLib::smart_ptr<DShowLib::dvector<Item>>& list) {
+    return list ? textOf(list->size()) : "null";
+}
+
+class CCall {
+public:
+    // `subject` answers cameraName(), asked only when the log is on.
+    template <class Subject, class... Arguments>
+    CCall(const char* operation, const Subject& subject, const Arguments&... arguments)
+        : m_operation(operation), m_recorded(callLog().isOn()) {
+        if (m_recorded) {
+            m_camera = subject.cameraName();
+            ((m_arguments += (m_arguments.empty() ? "" : ",") + std::string(textOf(arguments))),
+             ...);
+        }
+        m_fault = faults().next(operation);
+        if (m_fault && m_fault->kind == VIRTUAL_CAMERAS_FAIL_THROW) {
+            throwText(m_fault->text);
+        }
+    }
+    CCall(const CCall&) = delete;
+    CCall& operator=(const CCall&) = delete;
+
+    bool fails() const noexcept { return m_fault.has_value(); }
+    // Only of a call that fails.
+    bool failsEmpty() const noexcept { return m_fault->kind == VIRTUAL_CAMERAS_FAIL_EMPTY; }
+    const char* failText() const noexcept { return m_fault->text; }
+    HRESULT failCode() const noexcept {
+        return m_fault->kind == VIRTUAL_CAMERAS_FAIL_CODE ? static_cast<HRESULT>(m_fault->code)
+                                                          : E_FAIL;
+    }
+
+    const char* operation() const noexcept { return m_operation; }
+    bool isRecorded() const noexcept { return m_recorded; }
+    // Where the call is about another camera than the subject's.
+    void isAbout(std::string_view camera) { m_camera = camera; }
+
+    void returns() {
+        if (m_recorded) {
+            callLog().add(m_camera, m_operation, m_arguments, {});
+        }
+    }
+    template <class Value>
+    Value returns(Value value) {
+        if (m_recorded) {
+            callLog().add(m_camera, m_operation, m_arguments, textOf(value));
+        }
+        return value;
+    }
+    // For values that have no text of their own.
+    template <class Value>
+    Value returnsAs(std::string_view text, Value value) {
+        if (m_recorded) {
+            callLog().add(m_camera, m_operation, m_arguments, text);
+        }
+        return value;
+    }
+    HRESULT returnsCode(HRESULT code) {
+        if (m_recorded) {
+            callLog().add(m_camera, m_operation, m_arguments, resultCodeText(code));
+        }
+        return code;
+    }
+    // S_OK, and the value handed out beside it.
+    template <class Value>
+    HRESULT returnsOk(const Value& value) {
+        if (m_recorded) {
+            callLog().add(m_camera, m_operation, m_arguments,
+                          resultCodeText(S_OK) + " " + std::string(textOf(value)));
+        }
+        return S_OK;
+    }
+    // `text` must stay valid for whoever catches it.
+    [[noreturn]] void throwText(char* text);
+
+private:
+    const char* m_operation;
+    bool m_recorded;
+    std::optional<Fault> m_fault;
+    std::string m_camera;
+    std::string m_arguments;
+};
+
+// The subject of calls that belong to no camera.
+struct NoCamera {
+    static std::string cameraName() { return {}; }
+};
+
+}  // namespace virtual_cameras

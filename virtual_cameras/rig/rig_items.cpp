@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: MIT
+#include "virtual_cameras/rig/rig_items.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "capture/library/property_ids.h"
+#include "virtual_cameras/rig/identifiers.h"
+
+namespace virtual_cameras {
+
+namespace {
+
+struct KnownName {
+    std::string_view name;
+    const GUID& identifier;
+};
+
+constexpr KnownName knownItems[] = {{"Brightness", DShowLib::VCDID_Brightness},
+                                    {"Contrast", DShowLib::VCDID_Contrast}};
+constexpr KnownName knownElements[] = {{"Value", DShowLib::VCDElement_Value},
+                                       {"Auto", DShowLib::VCDElement_Auto},
+                                       {"One Push", DShowLib::VCDElement_OnePush}};
+
+template <std::size_t size>
+GUID usualIdentifier(const KnownName (&known)[size], std::string_view kind,
+                     const std::string& name) {
+    const auto* found = std::find_if(std::begin(known), std::end(known),
+                                     [&](const KnownName& entry) { return entry.name == name; });
+    return found != std::end(known) ? found->identifier
+                                    : madeUpIdentifier(std::string(kind) + name);
+}
+
+GUID identifierOr(const toml::node* node, const GUID& otherwise) {
+    if (node == nullptr) {
+        return otherwise;
+    }
+    const auto identifier = parseIdentifier(textOf(*node, "an identifier"));
+    if (!identifier) {
+        failAt(node->source(),
+               "an identifier is written \"{00000000-0000-0000-0000-000000000000}\"");
+    }
+    return *identifier;
+}
+
+RigRange readRange(const toml::node& node) {
+    CStrictTable table(node, "range");
+    RigRange range;
+    range.minimum = table.neededInteger("min");
+    range.maximum = table.neededInteger("max");
+    range.value = table.neededInteger("value");
+    table.finish();
+    return range;
+}
+
+RigAbsolute readAbsolute(const toml::node& node) {
+    CStrictTable table(node, "abs");
+    RigAbsolute absolute;
+    absolute.minimum = table.neededNumber("min");
+    absolute.maximum = table.neededNumber("max");
+    absolute.shared = table.flag("shared", false);
+    absolute.value =
+        absolute.shared ? table.number("value", absolute.minimum) : table.neededNumber("value");
+    table.finish();
+    return absolute;
+}
+
+RigButton readButton(const toml::node& node) {
+    RigButton button;
+    if (node.is_table()) {
+        CStrictTable table(node, "button");
+        button.setsElement = table.neededText("sets");
+        button.setsTo = table.neededNumber("to");
+        table.finish();
+    } else if (!flagOf(node, "button")) {
+        failAt(node.source(), "button must be true, or a table with \"sets\" and \"to\"");
+    }
+    return button;
+}
+
+RigStrings readStrings(const toml::node& node) {
+    CStrictTable table(node, "strings");
+    RigStrings strings;
+    if (const toml::node* choices = table.find("choices")) {
+        for (const toml::node& choice : arrayOf(*choices, "choices")) {
+            strings.choices.push_back(textOf(choice, "a choice"));
+        }
+    }
+    strings.value = table.text("value", strings.choices.empty() ? "" : strings.choices.front());
+    table.finish();
+    return strings;
+}
+
+RigInterface readInterface(const CStrictTable& table, const CStrictTable::Entry& entry) {
+    if (entry.key == "range") {
+        return {DShowLib::IID_IVCDRangeProperty, readRange(*entry.node)};
+    }
+    if (entry.key == "abs") {
+        return {DShowLib::IID_IVCDAbsoluteValueProperty, readAbsolute(*entry.node)};
+    }
+    if (entry.key == "switch") {
+        return {DShowLib::IID_IVCDSwitchProperty, RigSwitch{flagOf(*entry.node, "switch")}};
+    }
+    if (entry.key == "button") {
+        return {DShowLib::IID_IVCDButtonProperty, readButton(*entry.node)};
+    }
+    if (entry.key == "strings") {
+        return {DShowLib::IID_IVCDMapStringsProperty, readStrings(*entry.node)};
+    }
+    if (entry.key == "unknown") {
+        return {identifierOr(entry.node->is_string() ? entry.node : nullptr,
+                             madeUpIdentifier("interface:unknown")),
+                RigUnknown{}};
+    }
+    table.failUnknown(entry);
+}
+
+// A shared absolute value follows the range of its element from the start.
+void shareQuantity(RigElement& element, const toml::source_region& place) {
+    const RigRange* range = nullptr;
+    RigAbsolute* shared = nullptr;
+    for (RigInterface& entry : element.interfaces) {
+        if (const auto* found = std::get_if<RigRange>(&entry.kind)) {
+            range = found;
+        }
+        if (auto* found = std::get_if<RigAbsolute>(&entry.kind); found && found->shared) {
+            shared = found;
+        }
+    }
+    if (shared == nullptr) {
+        return;
+    }
+    if (range == nullptr || range->minimum == range->maximum) {
+        failAt(place, "a shared abs needs a range with two limits beside it");
+    }
+    shared->value = shared->minimum + (shared->maximum - shared->minimum) *
+                                          (static_cast<double>(range->value) - range->minimum) /
+                                          (static_cast<double>(range->maximum) - range->minimum);
+}
+
+RigElement readElement(CStrictTable table, std::string name) {
+    RigElement element{std::move(name), noIdentifier, {}};
+    element.identifier =
+        identifierOr(table.find("id"), usualIdentifier(knownElements, "element:", element.name));
+    const auto entries = table.rest();
+    for (const std::string_view kind : {"range", "abs", "switch", "button", "strings", "unknown"}) {
+        table.find(kind);
+    }
+    for (const CStrictTable::Entry& entry : entries) {
+        element.interfaces.push_back(readInterface(table, entry));
+    }
+    shareQuantity(element, table.place());
+    return element;
+}
+
+RigItem readItem(const toml::node& node) {
+    CStrictTable table(node, "item");
+    RigItem item{table.neededText("name"), noIdentifier, {}};
+    item.identifier =
+        identifierOr(table.find("id"), usualIdentifier(knownItems, "item:", item.name));
+    const toml::node* elements = table.find("element");
+    for (const CStrictTable::Entry& entry : table.rest()) {
+        if (!entry.node->is_table()) {
+            table.failUnknown(entry);
+        }
+        const std::string what = "element \"" + std::string(entry.key) + "\"";
+        item.elements.push_back(
+            readElement(CStrictTable(*entry.node, what), std::string(entry.key)));
+    }
+    if (elements != nullptr) {
+        for (const toml::node& element : arrayOf(*elements, "element")) {
+            CStrictTable elementTable(element, "element");
+            std::string name = elementTable.neededText("name");
+            item.elements.push_back(readElement(std::move(elementTable), std::move(name)));
+        }
+    }
+    return item;
+}
+
+// Items that share a name must still be told apart by their identifier.
+void separateIdentifiers(std::vector<RigItem>& items) {
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const GUID made = usualIdentifier(knownItems, "item:", items[i].name);
+        const auto sameName =
+            std::count_if(items.begin(), items.begin() + static_cast<std::ptrdiff_t>(i),
+                          [&](const RigItem& other) { return other.name == items[i].name; });
+        if (sameName > 0 && items[i].identifier == made) {
+            items[i].identifier =
+                madeUpIdentifier("item:" + items[i].name + "#" + std::to_string(sameName + 1));
+        }
+    }
+}
+
+}  // namespace
+
+std::vector<RigItem> readItems(const toml::node& node) {
+    std::vector<RigItem> items;
+    for (const toml::node& item : arrayOf(node, "item")) {
+        items.push_back(readItem(item));
+    }
+    separateIdentifiers(items);
+    return items;
+}
+
+}  // namespace virtual_cameras
