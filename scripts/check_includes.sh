@@ -17,11 +17,18 @@ capture: platform capture/library
 properties: include/velmora platform capture
 acquisition: include/velmora platform capture
 adapter: include/velmora platform capture properties acquisition
-virtual_cameras: platform capture capture/library
+virtual_cameras:
+virtual_cameras/scenes:
+virtual_cameras/rig: platform capture/library virtual_cameras/scenes
+virtual_cameras/calls: platform capture/library virtual_cameras
+virtual_cameras/properties: platform capture/library virtual_cameras/scenes virtual_cameras/rig virtual_cameras/calls
+virtual_cameras/live: platform capture/library virtual_cameras virtual_cameras/scenes virtual_cameras/rig virtual_cameras/calls virtual_cameras/properties
+virtual_cameras/grabber: platform capture/library virtual_cameras/rig virtual_cameras/calls virtual_cameras/properties virtual_cameras/live
+virtual_cameras/control: platform capture/library virtual_cameras virtual_cameras/rig virtual_cameras/calls virtual_cameras/properties virtual_cameras/live
 host: include/velmora
 fuzz: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras host
 bench: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras host
-tests: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras host fuzz
+tests: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras virtual_cameras/scenes virtual_cameras/live host fuzz
 '
 # The files and folders that may name the headers of Windows.
 knows_windows='platform/windows.h host/win32 tests'

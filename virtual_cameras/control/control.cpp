@@ -4,23 +4,21 @@
 #include <string>
 #include <string_view>
 
+#include "platform/text.h"
 #include "virtual_cameras/calls/call_log.h"
 #include "virtual_cameras/calls/faults.h"
-#include "virtual_cameras/calls/world.h"
+#include "virtual_cameras/calls/library_state.h"
+#include "virtual_cameras/calls/misuses.h"
+#include "virtual_cameras/control/choices.h"
 #include "virtual_cameras/live/buffers.h"
-#include "virtual_cameras/live/camera.h"
-#include "virtual_cameras/live/grabber_state.h"
-#include "virtual_cameras/live/session.h"
+#include "virtual_cameras/live/deliveries.h"
+#include "virtual_cameras/live/device_loss.h"
 #include "virtual_cameras/properties/property_objects.h"
-#include "virtual_cameras/rig/rigs.h"
+#include "virtual_cameras/rig/rig_names.h"
 
 using namespace virtual_cameras;
 
 namespace {
-
-std::string_view textOrNothing(const char* text) {
-    return text != nullptr ? std::string_view(text) : std::string_view();
-}
 
 int32_t takeRig(const std::variant<Rig, std::string>& rig, char* message, uint32_t messageSize) {
     const auto* wrong = std::get_if<std::string>(&rig);
@@ -29,26 +27,30 @@ int32_t takeRig(const std::variant<Rig, std::string>& rig, char* message, uint32
         return 1;
     }
     CWorldLock world;
-    world->rigChosen = true;
-    replaceCameras(world, std::get<Rig>(rig));
+    chooseRig(world, std::get<Rig>(rig));
     return 0;
+}
+
+// Null when there is none of that name.
+std::shared_ptr<Camera> cameraCalled(CWorldLock& world, const char* name) {
+    return presentCameras(world).find(world, textOrEmpty(name));
 }
 
 // The live session of a camera. Null on a delivery thread, which would wait for
 // itself.
-std::shared_ptr<Session> sessionOf(CWorldLock& world, const char* camera) {
-    if (isDeliveryThread(world)) {
+std::shared_ptr<CDeliverySession> sessionOf(CWorldLock& world, const char* camera) {
+    if (deliveries().areCallingListeners(world)) {
         countMisuse("a listener asked for a frame");
         return nullptr;
     }
-    const std::shared_ptr<Camera> found = findCamera(world, textOrNothing(camera));
+    const std::shared_ptr<Camera> found = cameraCalled(world, camera);
     return found ? found->live : nullptr;
 }
 
 const CInterfaceNode* interfaceOf(const Camera& camera, const char* item, const char* element,
                                   const char* interfaceName) {
-    return camera.properties->itemsObject().find(textOrNothing(item), textOrNothing(element),
-                                                 textOrNothing(interfaceName));
+    return camera.properties->itemsObject().find(textOrEmpty(item), textOrEmpty(element),
+                                                 textOrEmpty(interfaceName));
 }
 
 }  // namespace
@@ -58,56 +60,50 @@ void virtualCamerasReset(void) {
     faults().clear();
     {
         CWorldLock world;
-        replaceCameras(world, standardRig());
-        setClock(world, VIRTUAL_CAMERAS_CLOCK_REAL);
-        world->rigChosen = false;
-        world->clockChosen = false;
-        world->steppedTime = 0;
-        world->pagesShown = 0;
+        forgetChoices(world);
     }
+    pagesShown().store(0, std::memory_order_relaxed);
     setLibraryReady(false);
     clearMisuses();
 }
 
 int32_t virtualCamerasChooseRig(const char* name, char* message, uint32_t messageSize) {
-    return takeRig(rigByName(textOrNothing(name)), message, messageSize);
+    return takeRig(rigByName(textOrEmpty(name)), message, messageSize);
 }
 
 int32_t virtualCamerasLoadRig(const char* toml, char* message, uint32_t messageSize) {
-    return takeRig(rigByText(textOrNothing(toml)), message, messageSize);
+    return takeRig(rigByText(textOrEmpty(toml)), message, messageSize);
 }
 
 void virtualCamerasSetClock(int32_t mode) {
     CWorldLock world;
-    world->clockChosen = true;
-    setClock(world, mode);
+    chooseClock(world, mode);
 }
 
 uint32_t virtualCamerasStepClock(uint64_t nanoseconds) {
     CWorldLock world;
-    if (isDeliveryThread(world)) {
+    if (deliveries().areCallingListeners(world)) {
         countMisuse("a listener stepped the clock");
         return 0;
     }
-    return world->clock == VIRTUAL_CAMERAS_CLOCK_STEPPED ? stepClock(world, nanoseconds) : 0;
+    return deliveries().step(world, nanoseconds);
 }
 
 int32_t virtualCamerasDeliverFrame(const char* camera) {
     CWorldLock world;
-    const std::shared_ptr<Session> session = sessionOf(world, camera);
-    return session && deliverNow(world, session) ? 1 : 0;
+    const std::shared_ptr<CDeliverySession> session = sessionOf(world, camera);
+    return session && session->deliverNow(world) ? 1 : 0;
 }
 
 int32_t virtualCamerasFireTrigger(const char* camera) {
     CWorldLock world;
-    const std::shared_ptr<Session> session = sessionOf(world, camera);
-    const bool armed = session && session->camera->properties->triggerIsOn(world);
-    return armed && deliverNow(world, session) ? 1 : 0;
+    const std::shared_ptr<CDeliverySession> session = sessionOf(world, camera);
+    return session && session->waitsForTrigger(world) && session->deliverNow(world) ? 1 : 0;
 }
 
 int32_t virtualCamerasUnplug(const char* camera) {
     CWorldLock world;
-    const std::shared_ptr<Camera> found = findCamera(world, textOrNothing(camera));
+    const std::shared_ptr<Camera> found = cameraCalled(world, camera);
     if (found) {
         unplugCamera(world, found);
     }
@@ -116,7 +112,7 @@ int32_t virtualCamerasUnplug(const char* camera) {
 
 int32_t virtualCamerasPlug(const char* camera) {
     CWorldLock world;
-    const std::shared_ptr<Camera> found = findCamera(world, textOrNothing(camera));
+    const std::shared_ptr<Camera> found = cameraCalled(world, camera);
     if (found) {
         plugCamera(world, *found);
     }
@@ -125,7 +121,7 @@ int32_t virtualCamerasPlug(const char* camera) {
 
 void virtualCamerasFailCall(const char* operation, uint32_t nth, uint32_t count, int32_t kind,
                             int32_t code, const char* text) {
-    faults().add(textOrNothing(operation), nth, count, {kind, code, nullptr}, textOrNothing(text));
+    faults().add(textOrEmpty(operation), nth, count, {kind, code, nullptr}, textOrEmpty(text));
 }
 
 void virtualCamerasClearFailures(void) {
@@ -147,8 +143,7 @@ int32_t virtualCamerasGetCall(uint64_t sequence, VirtualCamerasCall* call) {
 int32_t virtualCamerasWaitForCall(const char* operation, uint64_t from,
                                   uint32_t deadlineMilliseconds, uint64_t* sequence) {
     uint64_t found = 0;
-    const bool came =
-        callLog().waitFor(textOrNothing(operation), from, deadlineMilliseconds, found);
+    const bool came = callLog().waitFor(textOrEmpty(operation), from, deadlineMilliseconds, found);
     if (came && sequence != nullptr) {
         *sequence = found;
     }
@@ -157,7 +152,7 @@ int32_t virtualCamerasWaitForCall(const char* operation, uint64_t from,
 
 int32_t virtualCamerasBufferLocks(const char* camera, uint32_t buffer) {
     CWorldLock world;
-    const std::shared_ptr<Camera> found = findCamera(world, textOrNothing(camera));
+    const std::shared_ptr<Camera> found = cameraCalled(world, camera);
     if (!found) {
         return -1;
     }
@@ -183,7 +178,7 @@ void virtualCamerasGetAlive(VirtualCamerasAlive* alive) {
     const AliveCounts& now = virtual_cameras::alive();
     *alive = {};
     CWorldLock world;
-    for (const std::shared_ptr<Camera>& camera : world->cameras) {
+    for (const std::shared_ptr<Camera>& camera : presentCameras(world).all(world)) {
         alive->openDevices += static_cast<uint32_t>(camera->grabbers.size());
         alive->liveDevices += camera->live ? 1U : 0U;
     }
@@ -198,7 +193,7 @@ void virtualCamerasGetAlive(VirtualCamerasAlive* alive) {
 int32_t virtualCamerasInterfaceReferences(const char* camera, const char* item, const char* element,
                                           const char* interfaceName) {
     CWorldLock world;
-    const std::shared_ptr<Camera> found = findCamera(world, textOrNothing(camera));
+    const std::shared_ptr<Camera> found = cameraCalled(world, camera);
     const CInterfaceNode* node =
         found ? interfaceOf(*found, item, element, interfaceName) : nullptr;
     return node != nullptr ? node->callerReferences() : -1;
@@ -207,7 +202,7 @@ int32_t virtualCamerasInterfaceReferences(const char* camera, const char* item, 
 int32_t virtualCamerasReadProperty(const char* camera, const char* item, const char* element,
                                    const char* interfaceName, char* text, uint32_t textSize) {
     CWorldLock world;
-    const std::shared_ptr<Camera> found = findCamera(world, textOrNothing(camera));
+    const std::shared_ptr<Camera> found = cameraCalled(world, camera);
     const CInterfaceNode* node =
         found ? interfaceOf(*found, item, element, interfaceName) : nullptr;
     copyText(node != nullptr ? node->state(world) : std::string(), text, textSize);
@@ -215,12 +210,11 @@ int32_t virtualCamerasReadProperty(const char* camera, const char* item, const c
 }
 
 uint32_t virtualCamerasPagesShown(void) {
-    const CWorldLock world;
-    return world->pagesShown;
+    return pagesShown().load(std::memory_order_relaxed);
 }
 
 uint32_t virtualCamerasButtonPushes(const char* camera, const char* item) {
     CWorldLock world;
-    const std::shared_ptr<Camera> found = findCamera(world, textOrNothing(camera));
-    return found ? found->properties->pushes(world, textOrNothing(item)) : 0;
+    const std::shared_ptr<Camera> found = cameraCalled(world, camera);
+    return found ? found->properties->pushes(world, textOrEmpty(item)) : 0;
 }

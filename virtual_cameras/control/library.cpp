@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "capture/library/library.h"
 
-#include "virtual_cameras/calls/call.h"
-#include "virtual_cameras/calls/world.h"
-#include "virtual_cameras/rig/rigs.h"
+#include "virtual_cameras/calls/library_call.h"
+#include "virtual_cameras/calls/library_state.h"
+#include "virtual_cameras/calls/misuses.h"
+#include "virtual_cameras/control/choices.h"
 
 namespace DShowLib {
 
-using virtual_cameras::CCall;
+using virtual_cameras::CLibraryCall;
 using virtual_cameras::countMisuse;
 using virtual_cameras::CWorldLock;
 using virtual_cameras::NoCamera;
 
 bool InitLibrary() {
-    CCall call("InitLibrary", NoCamera());
+    CLibraryCall call("InitLibrary", NoCamera());
     if (call.fails()) {
         return call.returns(false);
     }
@@ -31,7 +32,7 @@ bool InitLibrary() {
 
 // More often than needed does no harm.
 void ExitLibrary() {
-    CCall call("ExitLibrary", NoCamera());
+    CLibraryCall call("ExitLibrary", NoCamera());
     if (!call.fails()) {
         if (virtual_cameras::libraryIsReady() && virtual_cameras::alive().grabbers.load() != 0) {
             countMisuse("ExitLibrary: there are grabbers still.");

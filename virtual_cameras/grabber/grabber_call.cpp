@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "virtual_cameras/grabber/grabber_call.h"
 
+#include "virtual_cameras/calls/library_state.h"
+#include "virtual_cameras/calls/misuses.h"
+
 namespace virtual_cameras {
 
 bool CGrabberCall::mayGoOn(CWorldLock&) {

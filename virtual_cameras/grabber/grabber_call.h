@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "virtual_cameras/calls/call.h"
+#include "virtual_cameras/calls/library_call.h"
 #include "virtual_cameras/live/grabber_state.h"
 
 namespace virtual_cameras {
@@ -19,12 +19,12 @@ inline constexpr const char* live = "This is not possible while live video is ru
 inline constexpr const char* injected = "The device does not answer.";
 }  // namespace refusal
 
-class CGrabberCall : public CCall {
+class CGrabberCall : public CLibraryCall {
 public:
     template <class... Arguments>
     CGrabberCall(const char* operation, DShowLib::Grabber::Implementation& grabber,
                  const Arguments&... arguments)
-        : CCall(operation, grabber, arguments...), m_grabber(grabber.state) {}
+        : CLibraryCall(operation, grabber, arguments...), m_grabber(grabber.state) {}
 
     // `work` runs under the lock and tells whether it was done.
     template <class Work>

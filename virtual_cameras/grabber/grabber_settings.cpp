@@ -2,9 +2,12 @@
 // What the grabber's device is set to: format, norm, channel, rate, properties.
 #include <utility>
 
+#include "virtual_cameras/calls/library_state.h"
 #include "virtual_cameras/grabber/grabber_call.h"
 #include "virtual_cameras/grabber/item_values.h"
+#include "virtual_cameras/live/sink.h"
 #include "virtual_cameras/properties/property_objects.h"
+#include "virtual_cameras/rig/rig.h"
 
 namespace DShowLib {
 
@@ -267,7 +270,7 @@ bool Grabber::showVCDPropertyPage(HWND parent, const dstringa& title) {
         if (!call.hasDevice(world)) {
             return false;
         }
-        ++world->pagesShown;
+        virtual_cameras::pagesShown().fetch_add(1, std::memory_order_relaxed);
         return true;
     });
 }

@@ -2,21 +2,21 @@
 #include "virtual_cameras/grabber/item_values.h"
 
 #include "platform/text.h"
-#include "virtual_cameras/calls/call.h"
+#include "virtual_cameras/calls/library_call.h"
 
 namespace virtual_cameras {
 
 namespace {
 
 // A narrow text that lives as long as its item; null where that is asked for.
-const char* narrowText(CCall&& call, const std::string& text) {
+const char* narrowText(CLibraryCall&& call, const std::string& text) {
     if (call.fails()) {
         return call.returns(call.failsEmpty() ? nullptr : "");
     }
     return call.returns(text.c_str());
 }
 
-DShowLib::dstringw wideText(CCall&& call, const std::string& text) {
+DShowLib::dstringw wideText(CLibraryCall&& call, const std::string& text) {
     const std::wstring wide = call.fails() ? std::wstring() : toWide(text);
     return call.returnsAs(call.fails() ? std::string() : text,
                           DShowLib::dstringw(wide.data(), wide.size()));
@@ -84,7 +84,7 @@ DShowLib::Error errorItem(const std::string& text) {
 
 namespace DShowLib {
 
-using virtual_cameras::CCall;
+using virtual_cameras::CLibraryCall;
 
 VideoCaptureDeviceItem::VideoCaptureDeviceItem(Implementation* adopted) noexcept
     : m_implementation(adopted) {}
@@ -95,18 +95,18 @@ VideoCaptureDeviceItem::~VideoCaptureDeviceItem() {
 }
 
 const char* VideoCaptureDeviceItem::c_str() const {
-    return virtual_cameras::narrowText(CCall("VideoCaptureDeviceItem::c_str", *m_implementation),
-                                       m_implementation->name);
+    return virtual_cameras::narrowText(
+        CLibraryCall("VideoCaptureDeviceItem::c_str", *m_implementation), m_implementation->name);
 }
 
 dstringw VideoCaptureDeviceItem::getFriendlyName_() const {
     return virtual_cameras::wideText(
-        CCall("VideoCaptureDeviceItem::getFriendlyName_", *m_implementation),
+        CLibraryCall("VideoCaptureDeviceItem::getFriendlyName_", *m_implementation),
         m_implementation->text);
 }
 
 bool VideoCaptureDeviceItem::getSerialNumber(std::int64_t& serialNumber) const {
-    CCall call("VideoCaptureDeviceItem::getSerialNumber", *m_implementation);
+    CLibraryCall call("VideoCaptureDeviceItem::getSerialNumber", *m_implementation);
     const auto& camera = m_implementation->camera;
     if (call.fails() || !camera || !camera->rig.serial) {
         return call.returns(false);
@@ -123,12 +123,12 @@ VideoFormatItem::~VideoFormatItem() {
 }
 
 const char* VideoFormatItem::c_str() const {
-    return virtual_cameras::narrowText(CCall("VideoFormatItem::c_str", *m_implementation),
+    return virtual_cameras::narrowText(CLibraryCall("VideoFormatItem::c_str", *m_implementation),
                                        m_implementation->name);
 }
 
 dstringw VideoFormatItem::toString_() const {
-    return virtual_cameras::wideText(CCall("VideoFormatItem::toString_", *m_implementation),
+    return virtual_cameras::wideText(CLibraryCall("VideoFormatItem::toString_", *m_implementation),
                                      m_implementation->text);
 }
 
@@ -140,7 +140,7 @@ VideoNormItem::~VideoNormItem() {
 }
 
 const char* VideoNormItem::c_str() const {
-    return virtual_cameras::narrowText(CCall("VideoNormItem::c_str", *m_implementation),
+    return virtual_cameras::narrowText(CLibraryCall("VideoNormItem::c_str", *m_implementation),
                                        m_implementation->name);
 }
 
@@ -153,13 +153,13 @@ AnalogChannelItem::~AnalogChannelItem() {
 }
 
 const char* AnalogChannelItem::c_str() const {
-    return virtual_cameras::narrowText(CCall("AnalogChannelItem::c_str", *m_implementation),
+    return virtual_cameras::narrowText(CLibraryCall("AnalogChannelItem::c_str", *m_implementation),
                                        m_implementation->name);
 }
 
 dstringw AnalogChannelItem::toString_() const {
-    return virtual_cameras::wideText(CCall("AnalogChannelItem::toString_", *m_implementation),
-                                     m_implementation->text);
+    return virtual_cameras::wideText(
+        CLibraryCall("AnalogChannelItem::toString_", *m_implementation), m_implementation->text);
 }
 
 Error::Error(Implementation* adopted) noexcept : m_implementation(adopted) {}
@@ -169,7 +169,7 @@ Error::~Error() {
 }
 
 const char* Error::c_str() const {
-    return virtual_cameras::narrowText(CCall("Error::c_str", virtual_cameras::NoCamera()),
+    return virtual_cameras::narrowText(CLibraryCall("Error::c_str", virtual_cameras::NoCamera()),
                                        m_implementation->text);
 }
 

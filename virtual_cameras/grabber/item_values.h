@@ -10,6 +10,7 @@
 #include <string>
 
 #include "capture/library/items.h"
+#include "virtual_cameras/calls/library_state.h"
 #include "virtual_cameras/live/camera.h"
 
 namespace virtual_cameras {

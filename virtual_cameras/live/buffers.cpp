@@ -3,8 +3,9 @@
 
 #include <map>
 
-#include "virtual_cameras/calls/call.h"
-#include "virtual_cameras/calls/world.h"
+#include "virtual_cameras/calls/library_call.h"
+#include "virtual_cameras/calls/library_state.h"
+#include "virtual_cameras/calls/monitor.h"
 
 namespace virtual_cameras {
 
@@ -52,7 +53,7 @@ DShowLib::MemBufferCollection::Implementation* insideOf(
 namespace DShowLib {
 
 using virtual_cameras::alive;
-using virtual_cameras::CCall;
+using virtual_cameras::CLibraryCall;
 using virtual_cameras::CMonitorGuard;
 using virtual_cameras::NoCamera;
 
@@ -72,7 +73,7 @@ MemBuffer::~MemBuffer() {
 }
 
 void MemBuffer::lock() {
-    CCall call("MemBuffer::lock", NoCamera(), m_implementation->index);
+    CLibraryCall call("MemBuffer::lock", NoCamera(), m_implementation->index);
     if (!call.fails()) {
         m_implementation->locks.fetch_add(1, std::memory_order_acq_rel);
     }
@@ -80,7 +81,7 @@ void MemBuffer::lock() {
 }
 
 void MemBuffer::unlock() {
-    CCall call("MemBuffer::unlock", NoCamera(), m_implementation->index);
+    CLibraryCall call("MemBuffer::unlock", NoCamera(), m_implementation->index);
     if (!call.fails()) {
         std::int32_t locks = m_implementation->locks.load(std::memory_order_relaxed);
         while (locks > 0 && !m_implementation->locks.compare_exchange_weak(
@@ -91,13 +92,13 @@ void MemBuffer::unlock() {
 }
 
 const std::uint8_t* MemBuffer::getData() const {
-    CCall call("MemBuffer::getData", NoCamera(), m_implementation->index);
+    CLibraryCall call("MemBuffer::getData", NoCamera(), m_implementation->index);
     const std::uint8_t* data = call.fails() ? nullptr : m_implementation->memory.get();
     return call.returnsAs(data != nullptr ? "data" : "null", data);
 }
 
 std::uint32_t MemBuffer::getSize() const {
-    CCall call("MemBuffer::getSize", NoCamera(), m_implementation->index);
+    CLibraryCall call("MemBuffer::getSize", NoCamera(), m_implementation->index);
     return call.returns(call.fails() ? 0U : m_implementation->size);
 }
 
@@ -114,14 +115,14 @@ MemBufferCollection::~MemBufferCollection() {
 }
 
 ULONG MemBufferCollection::getBufferCount() const {
-    CCall call("MemBufferCollection::getBufferCount", NoCamera());
+    CLibraryCall call("MemBufferCollection::getBufferCount", NoCamera());
     const auto count = static_cast<std::uint32_t>(m_implementation->buffers.size());
     return call.returns(call.fails() ? 0U : count);
 }
 
 smart_ptr<MemBuffer> MemBufferCollection::operator[](ULONG index) const {
     const auto place = static_cast<std::uint32_t>(index);
-    CCall call("MemBufferCollection::operator[]", NoCamera(), place);
+    CLibraryCall call("MemBufferCollection::operator[]", NoCamera(), place);
     if (call.fails() || place >= m_implementation->buffers.size()) {
         return call.returnsAs("null", smart_ptr<MemBuffer>());
     }

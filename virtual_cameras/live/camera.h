@@ -8,12 +8,13 @@
 #include <string>
 #include <vector>
 
-#include "virtual_cameras/calls/world.h"
+#include "virtual_cameras/calls/world_lock.h"
 #include "virtual_cameras/properties/property_tree.h"
 #include "virtual_cameras/rig/rig.h"
 
 namespace virtual_cameras {
 
+class CDeliverySession;
 struct GrabberState;
 
 // What is not const is read and written under the world's lock only.
@@ -33,7 +34,7 @@ struct Camera {
     std::size_t channel = 0;
     double frameRate = 0.0;
     std::vector<GrabberState*> grabbers;  // that have it open
-    std::shared_ptr<Session> live;
+    std::shared_ptr<CDeliverySession> live;
     CPropertyTree* const properties;  // one reference of our own
 
     bool hasNorms() const { return rig.norms && !rig.norms->empty(); }

@@ -3,9 +3,12 @@
 
 #include <algorithm>
 
-#include "virtual_cameras/calls/call.h"
+#include "virtual_cameras/calls/library_call.h"
+#include "virtual_cameras/calls/library_state.h"
+#include "virtual_cameras/calls/misuses.h"
 #include "virtual_cameras/live/buffers.h"
 #include "virtual_cameras/live/camera.h"
+#include "virtual_cameras/live/frame_types.h"
 #include "virtual_cameras/rig/identifiers.h"
 
 namespace virtual_cameras {
@@ -101,7 +104,7 @@ bool connectSink(CWorldLock&, SinkState& sink, const Camera& camera) {
 namespace DShowLib {
 
 using virtual_cameras::alive;
-using virtual_cameras::CCall;
+using virtual_cameras::CLibraryCall;
 using virtual_cameras::countMisuse;
 using virtual_cameras::CWorldLock;
 using virtual_cameras::libraryIsReady;
@@ -125,8 +128,8 @@ FrameHandlerSink::~FrameHandlerSink() {
 }
 
 smart_ptr<FrameHandlerSink> FrameHandlerSink::create(const tCreateData& data) {
-    CCall call("FrameHandlerSink::create", NoCamera(), data.bufferCount,
-               virtual_cameras::typeCount(data), virtual_cameras::firstSubtype(data));
+    CLibraryCall call("FrameHandlerSink::create", NoCamera(), data.bufferCount,
+                      virtual_cameras::typeCount(data), virtual_cameras::firstSubtype(data));
     if (!libraryIsReady() || (data.bufferCount == 0 && !data.userCollection)) {
         countMisuse(libraryIsReady() ? "FrameHandlerSink::create without buffers"
                                      : "FrameHandlerSink::create outside InitLibrary");
@@ -141,7 +144,7 @@ smart_ptr<FrameHandlerSink> FrameHandlerSink::create(const tCreateData& data) {
 }
 
 void FrameHandlerSink::setSnapMode(bool snap) {
-    CCall call("FrameHandlerSink::setSnapMode", NoCamera(), snap);
+    CLibraryCall call("FrameHandlerSink::setSnapMode", NoCamera(), snap);
     if (!call.fails()) {
         const CWorldLock world;
         implementation()->snap = snap;
@@ -150,7 +153,7 @@ void FrameHandlerSink::setSnapMode(bool snap) {
 }
 
 bool FrameHandlerSink::getOutputFrameType(FrameTypeInfo& frameType) const {
-    CCall call("FrameHandlerSink::getOutputFrameType", NoCamera());
+    CLibraryCall call("FrameHandlerSink::getOutputFrameType", NoCamera());
     if (call.fails()) {
         return call.returns(false);
     }
@@ -162,7 +165,7 @@ bool FrameHandlerSink::getOutputFrameType(FrameTypeInfo& frameType) const {
 }
 
 smart_ptr<MemBufferCollection> FrameHandlerSink::getMemBufferCollection() const {
-    CCall call("FrameHandlerSink::getMemBufferCollection", NoCamera());
+    CLibraryCall call("FrameHandlerSink::getMemBufferCollection", NoCamera());
     if (call.fails()) {
         return call.returnsAs("null", smart_ptr<MemBufferCollection>());
     }

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "capture/library/frame_sink.h"
-#include "virtual_cameras/calls/world.h"
-#include "virtual_cameras/scenes/canvas.h"
+#include "virtual_cameras/calls/world_lock.h"
+#include "virtual_cameras/scenes/picture.h"
 
 // Read and written under the world's lock only.
 struct DShowLib::GrabberSinkType::Implementation {

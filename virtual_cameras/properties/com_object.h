@@ -7,6 +7,8 @@
 #include <cstdint>
 
 #include "platform/windows.h"
+#include "virtual_cameras/calls/library_state.h"
+#include "virtual_cameras/calls/misuses.h"
 #include "virtual_cameras/properties/property_tree.h"
 
 namespace virtual_cameras {

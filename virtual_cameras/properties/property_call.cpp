@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "virtual_cameras/properties/property_call.h"
 
-#include <string>
-
+#include "virtual_cameras/calls/library_state.h"
+#include "virtual_cameras/calls/misuses.h"
 #include "virtual_cameras/rig/identifiers.h"
 
 namespace virtual_cameras {

@@ -3,18 +3,20 @@
 // faults, refuses misuse, and fails while the device does not answer.
 #pragma once
 
-#include "capture/conversions.h"
-#include "virtual_cameras/calls/call.h"
+#include <string>
+
+#include "platform/com_text.h"
+#include "virtual_cameras/calls/library_call.h"
 #include "virtual_cameras/properties/property_tree.h"
 
 namespace virtual_cameras {
 
 // A property operation that may go on, or its failing result code.
-class CPropertyCall : public CCall {
+class CPropertyCall : public CLibraryCall {
 public:
     template <class Object, class... Arguments>
     CPropertyCall(const char* operation, const Object& object, const Arguments&... arguments)
-        : CCall(operation, object, arguments...) {}
+        : CLibraryCall(operation, object, arguments...) {}
 
     // `work` runs under the lock and returns a result code.
     template <class Work>
@@ -52,8 +54,7 @@ public:
         if (result < 0 || isEmptied()) {
             return returnsCode(result);
         }
-        const std::wstring wide = toWide(text);
-        *place = ::SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
+        *place = newComText(toWide(text));
         return returnsOk(text);
     }
 

@@ -198,7 +198,7 @@ public:
         });
     }
     HRESULT STDMETHODCALLTYPE setString(BSTR text) override {
-        const std::string wanted = toNarrow(std::wstring_view(text, ::SysStringLen(text)));
+        const std::string wanted = narrowComText(text);
         return call("IVCDMapStringsProperty::setString", wanted)
             .run(tree(), [&](CWorldLock& world) {
                 const auto& choices = kind().choices;

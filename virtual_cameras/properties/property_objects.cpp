@@ -15,10 +15,6 @@ std::int32_t shownIndex(LONG index) {
     return static_cast<std::int32_t>(index);
 }
 
-std::string shownText(BSTR text) {
-    return toNarrow(std::wstring_view(text, ::SysStringLen(text)));
-}
-
 // The entry at an index that runs from 1; null, and a misuse, when there is none.
 template <class Entry>
 Entry* entryAt(const std::vector<std::unique_ptr<Entry>>& entries, LONG index,
@@ -44,8 +40,8 @@ CElementObject::CElementObject(CPropertyTree& tree, RigItem& item, RigElement& e
 }
 
 HRESULT STDMETHODCALLTYPE CElementObject::QueryInterface(REFIID identifier, void** object) {
-    CCall call("IVCDPropertyElement::QueryInterface", *this, m_item.name, m_element.name,
-               identifierText(identifier));
+    CLibraryCall call("IVCDPropertyElement::QueryInterface", *this, m_item.name, m_element.name,
+                      identifierText(identifier));
     if (call.fails()) {
         if (object != nullptr) {
             *object = nullptr;
@@ -129,7 +125,7 @@ HRESULT STDMETHODCALLTYPE CItemObject::getItem(LONG index, DShowLib::IVCDPropert
 
 HRESULT STDMETHODCALLTYPE CItemObject::findElement(BSTR identifier,
                                                    DShowLib::IVCDPropertyElement** element) {
-    const std::string wanted = shownText(identifier);
+    const std::string wanted = narrowComText(identifier);
     CPropertyCall call("IVCDPropertyItem::findElement", *this, m_item.name, wanted);
     return call.readReference(tree(), element, [&](CWorldLock&) -> DShowLib::IVCDPropertyElement* {
         const auto parsed = parseIdentifier(wanted);
@@ -161,7 +157,7 @@ HRESULT STDMETHODCALLTYPE CItemsObject::getItem(LONG index, DShowLib::IVCDProper
 
 HRESULT STDMETHODCALLTYPE CItemsObject::findItem(BSTR identifier,
                                                  DShowLib::IVCDPropertyItem** item) {
-    const std::string wanted = shownText(identifier);
+    const std::string wanted = narrowComText(identifier);
     CPropertyCall call("IVCDPropertyItems::findItem", *this, wanted);
     return call.readReference(tree(), item, [&](CWorldLock&) -> DShowLib::IVCDPropertyItem* {
         const auto parsed = parseIdentifier(wanted);

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "capture/library/property_items.h"
-#include "virtual_cameras/calls/world.h"
+#include "virtual_cameras/calls/world_lock.h"
 #include "virtual_cameras/rig/rig.h"
 #include "virtual_cameras/scenes/tone.h"
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/windows.h"
+#include "virtual_cameras/scenes/scenes.h"
 
 namespace virtual_cameras {
 
@@ -78,16 +79,10 @@ struct RigChannel {
     std::string text;
 };
 
-enum class ScenePattern { counter, colorChart, gradient, noise, flat };
-
 struct RigScene {
-    ScenePattern pattern = ScenePattern::colorChart;
-    std::uint32_t seed = 1;    // noise
-    std::uint8_t value = 128;  // flat
+    const SceneKind* kind = &usualScene();
+    SceneSettings settings;
 };
-
-// The mosaic in front of a colour sensor, by the colours of its two first rows.
-enum class BayerOrder { GBRG, GRBG, BGGR, RGGB };
 
 enum class OpenBehaviour { succeeds, fails, throws };
 

@@ -93,28 +93,48 @@ RigStrings readStrings(const toml::node& node) {
     return strings;
 }
 
+GUID readUnknown(const toml::node& node) {
+    return identifierOr(node.is_string() ? &node : nullptr, madeUpIdentifier("interface:unknown"));
+}
+
+// The interfaces of an element, by their keys.
+struct InterfaceKey {
+    std::string_view key;
+    RigInterface (*read)(const toml::node& node);
+};
+constexpr InterfaceKey interfaceKeys[] = {
+    {"range",
+     [](const toml::node& node) -> RigInterface {
+         return {DShowLib::IID_IVCDRangeProperty, readRange(node)};
+     }},
+    {"abs",
+     [](const toml::node& node) -> RigInterface {
+         return {DShowLib::IID_IVCDAbsoluteValueProperty, readAbsolute(node)};
+     }},
+    {"switch",
+     [](const toml::node& node) -> RigInterface {
+         return {DShowLib::IID_IVCDSwitchProperty, RigSwitch{flagOf(node, "switch")}};
+     }},
+    {"button",
+     [](const toml::node& node) -> RigInterface {
+         return {DShowLib::IID_IVCDButtonProperty, readButton(node)};
+     }},
+    {"strings",
+     [](const toml::node& node) -> RigInterface {
+         return {DShowLib::IID_IVCDMapStringsProperty, readStrings(node)};
+     }},
+    {"unknown", [](const toml::node& node) -> RigInterface {
+         return {readUnknown(node), RigUnknown{}};
+     }}};
+
 RigInterface readInterface(const CStrictTable& table, const CStrictTable::Entry& entry) {
-    if (entry.key == "range") {
-        return {DShowLib::IID_IVCDRangeProperty, readRange(*entry.node)};
+    const auto* known =
+        std::find_if(std::begin(interfaceKeys), std::end(interfaceKeys),
+                     [&](const InterfaceKey& candidate) { return candidate.key == entry.key; });
+    if (known == std::end(interfaceKeys)) {
+        table.failUnknown(entry);
     }
-    if (entry.key == "abs") {
-        return {DShowLib::IID_IVCDAbsoluteValueProperty, readAbsolute(*entry.node)};
-    }
-    if (entry.key == "switch") {
-        return {DShowLib::IID_IVCDSwitchProperty, RigSwitch{flagOf(*entry.node, "switch")}};
-    }
-    if (entry.key == "button") {
-        return {DShowLib::IID_IVCDButtonProperty, readButton(*entry.node)};
-    }
-    if (entry.key == "strings") {
-        return {DShowLib::IID_IVCDMapStringsProperty, readStrings(*entry.node)};
-    }
-    if (entry.key == "unknown") {
-        return {identifierOr(entry.node->is_string() ? entry.node : nullptr,
-                             madeUpIdentifier("interface:unknown")),
-                RigUnknown{}};
-    }
-    table.failUnknown(entry);
+    return known->read(*entry.node);
 }
 
 // A shared absolute value follows the range of its element from the start.
@@ -145,8 +165,8 @@ RigElement readElement(CStrictTable table, std::string name) {
     element.identifier =
         identifierOr(table.find("id"), usualIdentifier(knownElements, "element:", element.name));
     const auto entries = table.rest();
-    for (const std::string_view kind : {"range", "abs", "switch", "button", "strings", "unknown"}) {
-        table.find(kind);
+    for (const InterfaceKey& known : interfaceKeys) {
+        table.find(known.key);
     }
     for (const CStrictTable::Entry& entry : entries) {
         element.interfaces.push_back(readInterface(table, entry));

@@ -23,11 +23,6 @@ struct Named {
     Value value;
 };
 
-constexpr std::array<Named<ScenePattern>, 5> patterns = {{{"counter", ScenePattern::counter},
-                                                          {"colorchart", ScenePattern::colorChart},
-                                                          {"gradient", ScenePattern::gradient},
-                                                          {"noise", ScenePattern::noise},
-                                                          {"flat", ScenePattern::flat}}};
 constexpr std::array<Named<BayerOrder>, 4> bayerOrders = {{{"GBRG", BayerOrder::GBRG},
                                                            {"GRBG", BayerOrder::GRBG},
                                                            {"BGGR", BayerOrder::BGGR},
@@ -37,14 +32,14 @@ constexpr std::array<Named<OpenBehaviour>, 3> openBehaviours = {
      {"fail", OpenBehaviour::fails},
      {"throw", OpenBehaviour::throws}}};
 
-template <class Value, std::size_t size>
-Value chosen(const std::array<Named<Value>, size>& choices, const toml::node& node,
-             std::string_view what) {
+// The entry of that name among `choices`.
+template <class Choices>
+const auto& chosen(const Choices& choices, const toml::node& node, std::string_view what) {
     const std::string text = textOf(node, what);
     std::string all;
-    for (const Named<Value>& choice : choices) {
+    for (const auto& choice : choices) {
         if (choice.name == text) {
-            return choice.value;
+            return choice;
         }
         all += (all.empty() ? "" : ", ") + std::string(choice.name);
     }
@@ -147,20 +142,20 @@ RigChannel readChannel(const toml::node& node) {
 RigScene readScene(const toml::node& node) {
     RigScene scene;
     if (!node.is_table()) {
-        scene.pattern = chosen(patterns, node, "scene");
+        scene.kind = &chosen(sceneKinds(), node, "scene");
         return scene;
     }
     CStrictTable table(node, "scene");
     if (const toml::node* pattern = table.find("pattern")) {
-        scene.pattern = chosen(patterns, *pattern, "pattern");
+        scene.kind = &chosen(sceneKinds(), *pattern, "pattern");
     }
     const std::int64_t seed = table.integer("seed", 1);
     const std::int64_t value = table.integer("value", 128);
     if (seed < 0 || seed > std::numeric_limits<std::uint32_t>::max() || value < 0 || value > 255) {
         failAt(node.source(), "seed must be a 32-bit number, and value within 0 and 255");
     }
-    scene.seed = static_cast<std::uint32_t>(seed);
-    scene.value = static_cast<std::uint8_t>(value);
+    scene.settings.seed = static_cast<std::uint32_t>(seed);
+    scene.settings.value = static_cast<std::uint8_t>(value);
     table.finish();
     return scene;
 }
@@ -221,7 +216,7 @@ void readPicture(CStrictTable& table, RigCamera& camera) {
     }
     camera.colour = table.flag("colour", looksColoured(camera));
     if (const toml::node* bayer = table.find("bayer")) {
-        camera.bayer = chosen(bayerOrders, *bayer, "bayer");
+        camera.bayer = chosen(bayerOrders, *bayer, "bayer").value;
     }
     if (const toml::node* scene = table.find("scene")) {
         camera.scene = readScene(*scene);
@@ -242,7 +237,7 @@ RigCamera readCamera(const toml::node& node) {
         camera.items = readItems(*items);
     }
     if (const toml::node* open = table.find("open")) {
-        camera.open = chosen(openBehaviours, *open, "open");
+        camera.open = chosen(openBehaviours, *open, "open").value;
     }
     camera.openText = table.text("open_text", "The device does not answer.");
     camera.exclusive = table.flag("exclusive", false);

@@ -1,47 +1,15 @@
 // SPDX-License-Identifier: MIT
-// One frame in memory while a scene is put into it: the pixel forms that a sink
-// can ask for, and where a pixel lies.
+// One frame in memory while a scene is put into it: where a pixel lies, and how it
+// is written.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
-#include <optional>
 
-#include "platform/windows.h"
-#include "virtual_cameras/rig/rig.h"
+#include "virtual_cameras/scenes/picture.h"
 #include "virtual_cameras/scenes/tone.h"
 
 namespace virtual_cameras {
-
-enum class PixelForm {
-    grey,    // one byte, top row first
-    mosaic,  // one byte, what the sensor sees behind its colour mosaic, top row first
-    bgr,     // blue, green, red; bottom row first
-    bgrx     // blue, green, red, 0; bottom row first
-};
-
-struct PictureShape {
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    PixelForm form = PixelForm::grey;
-    BayerOrder bayer = BayerOrder::GBRG;
-    bool colour = true;  // false: the colour planes show the grey too
-};
-
-std::size_t bytesPerPixel(PixelForm form);
-std::size_t pictureBytes(const PictureShape& shape);
-
-// The colour that the mosaic lets through at a place.
-Plane mosaicPlane(BayerOrder order, std::int32_t row, std::int32_t column);
-
-// The form in which frames of a media subtype are delivered, for a video format
-// of the given text. The null subtype means the format's own. Nothing when frames
-// of that subtype are not to be had.
-std::optional<PixelForm> pixelFormFor(const GUID& subtype, const std::string& formatText,
-                                      bool colour);
-// The media subtype in which an answer names the form.
-GUID subtypeOf(PixelForm form, const GUID& asked);
 
 class CCanvas {
 public:

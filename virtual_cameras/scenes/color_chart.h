@@ -3,11 +3,11 @@
 // patches, a grey ramp, and the frame number.
 #pragma once
 
-#include "virtual_cameras/scenes/scenes.h"
+#include "virtual_cameras/scenes/scene.h"
 
 namespace virtual_cameras {
 
-class CColorChart : public CScene {
+class CColorChart final : public CScene {
 public:
     SceneColor at(const PictureShape& shape, std::int32_t row, std::int32_t column) const override;
     void stamp(CCanvas& canvas, std::uint32_t frame) const override;

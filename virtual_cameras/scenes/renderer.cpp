@@ -2,11 +2,12 @@
 #include "virtual_cameras/scenes/renderer.h"
 
 #include <cstring>
+#include <utility>
 
 namespace virtual_cameras {
 
-CRenderer::CRenderer(const RigScene& scene, const PictureShape& shape)
-    : m_scene(makeScene(scene)), m_shape(shape), m_still(pictureBytes(shape)) {}
+CRenderer::CRenderer(std::unique_ptr<CScene> scene, const PictureShape& shape)
+    : m_scene(std::move(scene)), m_shape(shape), m_still(pictureBytes(shape)) {}
 
 void CRenderer::setTone(const ToneSettings& settings) {
     m_tone = CTone(settings);

@@ -7,13 +7,13 @@
 #include <memory>
 #include <vector>
 
-#include "virtual_cameras/scenes/scenes.h"
+#include "virtual_cameras/scenes/scene.h"
 
 namespace virtual_cameras {
 
 class CRenderer {
 public:
-    CRenderer(const RigScene& scene, const PictureShape& shape);
+    CRenderer(std::unique_ptr<CScene> scene, const PictureShape& shape);
 
     // Draws the still part anew for changed properties.
     void setTone(const ToneSettings& settings);

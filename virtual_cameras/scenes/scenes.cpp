@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "virtual_cameras/scenes/scenes.h"
 
+#include <algorithm>
+#include <type_traits>
+
 #include "virtual_cameras/scenes/color_chart.h"
 #include "virtual_cameras/scenes/scene_code.h"
 
@@ -15,7 +18,7 @@ SceneColor counterColor(std::uint32_t frame, std::uint32_t row, std::uint32_t co
             counterValue(frame, row, column, Plane::grey)};
 }
 
-class CCounterScene : public CScene {
+class CCounterScene final : public CScene {
 public:
     SceneColor at(const PictureShape&, std::int32_t row, std::int32_t column) const override {
         return counterColor(0, static_cast<std::uint32_t>(row), static_cast<std::uint32_t>(column));
@@ -34,7 +37,7 @@ public:
     }
 };
 
-class CGradientScene : public CScene {
+class CGradientScene final : public CScene {
 public:
     SceneColor at(const PictureShape& shape, std::int32_t, std::int32_t column) const override {
         const auto grey = static_cast<std::uint32_t>(column * 256 / shape.width);
@@ -43,9 +46,10 @@ public:
     void stamp(CCanvas&, std::uint32_t) const override {}
 };
 
-class CFlatScene : public CScene {
+class CFlatScene final : public CScene {
 public:
-    explicit CFlatScene(std::uint8_t value) : m_color(sceneColor(value, value, value)) {}
+    explicit CFlatScene(const SceneSettings& settings)
+        : m_color(sceneColor(settings.value, settings.value, settings.value)) {}
     SceneColor at(const PictureShape&, std::int32_t, std::int32_t) const override {
         return m_color;
     }
@@ -56,9 +60,9 @@ private:
 };
 
 // The same seed and frame number give the same picture.
-class CNoiseScene : public CScene {
+class CNoiseScene final : public CScene {
 public:
-    explicit CNoiseScene(std::uint32_t seed) : m_seed(seed) {}
+    explicit CNoiseScene(const SceneSettings& settings) : m_seed(settings.seed) {}
     SceneColor at(const PictureShape&, std::int32_t, std::int32_t) const override {
         return sceneColor(0, 0, 0);
     }
@@ -82,22 +86,35 @@ private:
     std::uint32_t m_seed;
 };
 
+template <class Scene>
+std::unique_ptr<CScene> made(const SceneSettings& settings) {
+    if constexpr (std::is_constructible_v<Scene, const SceneSettings&>) {
+        return std::make_unique<Scene>(settings);
+    } else {
+        return std::make_unique<Scene>();
+    }
+}
+
+constexpr SceneKind kinds[] = {{"counter", made<CCounterScene>},
+                               {"colorchart", made<CColorChart>},
+                               {"gradient", made<CGradientScene>},
+                               {"noise", made<CNoiseScene>},
+                               {"flat", made<CFlatScene>}};
+
 }  // namespace
 
-std::unique_ptr<CScene> makeScene(const RigScene& scene) {
-    switch (scene.pattern) {
-        case ScenePattern::counter:
-            return std::make_unique<CCounterScene>();
-        case ScenePattern::gradient:
-            return std::make_unique<CGradientScene>();
-        case ScenePattern::noise:
-            return std::make_unique<CNoiseScene>(scene.seed);
-        case ScenePattern::flat:
-            return std::make_unique<CFlatScene>(scene.value);
-        case ScenePattern::colorChart:
-            break;
-    }
-    return std::make_unique<CColorChart>();
+std::span<const SceneKind> sceneKinds() {
+    return kinds;
+}
+
+const SceneKind* sceneCalled(std::string_view name) {
+    const auto* found = std::find_if(std::begin(kinds), std::end(kinds),
+                                     [&](const SceneKind& kind) { return kind.name == name; });
+    return found != std::end(kinds) ? found : nullptr;
+}
+
+const SceneKind& usualScene() {
+    return *sceneCalled("colorchart");
 }
 
 }  // namespace virtual_cameras

@@ -1,30 +1,31 @@
 // SPDX-License-Identifier: MIT
-// What a camera looks at. A scene has a still part, computed once for a picture
-// shape, and what changes from frame to frame.
+// The scenes there are: one row each, for the parser of rigs and for the camera.
 #pragma once
 
 #include <cstdint>
 #include <memory>
+#include <span>
+#include <string_view>
 
-#include "virtual_cameras/rig/rig.h"
-#include "virtual_cameras/scenes/canvas.h"
+#include "virtual_cameras/scenes/scene.h"
 
 namespace virtual_cameras {
 
-class CScene {
-public:
-    CScene() = default;
-    CScene(const CScene&) = delete;
-    CScene& operator=(const CScene&) = delete;
-    virtual ~CScene() = default;
-
-    // The still part at a place of a picture of the shape's size.
-    virtual SceneColor at(const PictureShape& shape, std::int32_t row,
-                          std::int32_t column) const = 0;
-    // Puts what belongs to this frame over the still part.
-    virtual void stamp(CCanvas& canvas, std::uint32_t frame) const = 0;
+// What a rig can set of a scene. Each scene takes what concerns it.
+struct SceneSettings {
+    std::uint32_t seed = 1;    // noise
+    std::uint8_t value = 128;  // flat
 };
 
-std::unique_ptr<CScene> makeScene(const RigScene& scene);
+struct SceneKind {
+    std::string_view name;  // in rigs
+    std::unique_ptr<CScene> (*make)(const SceneSettings& settings);
+};
+
+std::span<const SceneKind> sceneKinds();
+// Null when there is no scene of that name.
+const SceneKind* sceneCalled(std::string_view name);
+// What a camera looks at whose rig names no scene.
+const SceneKind& usualScene();
 
 }  // namespace virtual_cameras

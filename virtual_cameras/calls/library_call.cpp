@@ -1,18 +1,20 @@
 // SPDX-License-Identifier: MIT
-#include "virtual_cameras/calls/call.h"
+#include "virtual_cameras/calls/library_call.h"
 
 #include <array>
 #include <charconv>
+
+#include "platform/text.h"
 
 namespace virtual_cameras {
 
 namespace {
 
-template <class Number, class... Form>
-std::string numberText(Number number, Form... form) {
+template <class Number>
+std::string numberText(Number number) {
     constexpr std::size_t longest = 400;
     std::array<char, longest> text;
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), number, form...).ptr;
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
     return std::string(text.data(), end);
 }
 
@@ -47,14 +49,11 @@ std::string textOf(std::string_view value) {
 }
 
 std::string resultCodeText(HRESULT code) {
-    std::string digits = numberText(static_cast<std::uint32_t>(code), 16);
-    for (char& digit : digits) {
-        digit = digit >= 'a' ? static_cast<char>(digit - 'a' + 'A') : digit;
-    }
+    const std::string digits = hexadecimalText(static_cast<std::uint32_t>(code));
     return "0x" + std::string(8 - digits.size(), '0') + digits;
 }
 
-void CCall::throwText(char* text) {
+void CLibraryCall::throwText(char* text) {
     if (m_recorded) {
         callLog().add(m_camera, m_operation, m_arguments, "throw " + std::string(text));
     }

@@ -31,11 +31,11 @@ std::string textOf(const DShowLib::smart_ptr<DShowLib::dvector<Item>>& list) {
     return list ? textOf(list->size()) : "null";
 }
 
-class CCall {
+class CLibraryCall {
 public:
     // `subject` answers cameraName(), asked only when the log is on.
     template <class Subject, class... Arguments>
-    CCall(const char* operation, const Subject& subject, const Arguments&... arguments)
+    CLibraryCall(const char* operation, const Subject& subject, const Arguments&... arguments)
         : m_operation(operation), m_recorded(callLog().isOn()) {
         if (m_recorded) {
             m_camera = subject.cameraName();
@@ -47,8 +47,8 @@ public:
             throwText(m_fault->text);
         }
     }
-    CCall(const CCall&) = delete;
-    CCall& operator=(const CCall&) = delete;
+    CLibraryCall(const CLibraryCall&) = delete;
+    CLibraryCall& operator=(const CLibraryCall&) = delete;
 
     bool fails() const noexcept { return m_fault.has_value(); }
     // Only of a call that fails.

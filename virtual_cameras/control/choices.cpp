@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "virtual_cameras/control/choices.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <tuple>
+
+#include "virtual_cameras/control/environment.h"
+#include "virtual_cameras/live/deliveries.h"
+#include "virtual_cameras/rig/rig_names.h"
+
+namespace virtual_cameras {
+
+namespace {
+
+// Read and written under the world's lock only.
+struct Choices {
+    bool rigIsIn = false;
+    // Through the control interface.
+    bool rigChosen = false;
+    bool clockChosen = false;
+};
+
+Choices& choices(CWorldLock&) {
+    static Choices instance;
+    return instance;
+}
+
+void putIn(CWorldLock& world, const Rig& rig) {
+    choices(world).rigIsIn = true;
+    cameraList().replace(world, rig);
+}
+
+std::optional<std::string> contentOf(const std::string& path) {
+    std::ifstream file(std::filesystem::path(std::u8string(path.begin(), path.end())),
+                       std::ios::binary);
+    if (!file) {
+        return std::nullopt;
+    }
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+// A built-in rig, or a file of that name.
+std::variant<Rig, std::string> rigOfEnvironment(const std::string& value) {
+    auto builtIn = rigByName(value);
+    if (std::holds_alternative<Rig>(builtIn)) {
+        return builtIn;
+    }
+    const auto content = contentOf(value);
+    if (!content) {
+        return value + ": there is no such built-in rig, and no such file";
+    }
+    auto rig = rigByText(*content);
+    if (const auto* message = std::get_if<std::string>(&rig)) {
+        return value + ":" + *message;
+    }
+    return rig;
+}
+
+void applyClock(CWorldLock& world) {
+    const auto clock = environmentText("VIRTUAL_CAMERAS_CLOCK");
+    if (!clock || choices(world).clockChosen) {
+        return;
+    }
+    if (*clock == "fast") {
+        deliveries().setClock(world, VIRTUAL_CAMERAS_CLOCK_FAST);
+    } else if (*clock != "real") {
+        std::ignore = std::fprintf(stderr, "VIRTUAL_CAMERAS_CLOCK: must be real or fast, not %s\n",
+                                   clock->c_str());
+    }
+}
+
+void applyRig(CWorldLock& world) {
+    const auto value = environmentText("VIRTUAL_CAMERAS_RIG");
+    if (!value || choices(world).rigChosen) {
+        return;
+    }
+    const auto rig = rigOfEnvironment(*value);
+    if (const auto* message = std::get_if<std::string>(&rig)) {
+        std::ignore = std::fprintf(stderr, "%s\n", message->c_str());
+        putIn(world, Rig{});
+    } else {
+        putIn(world, std::get<Rig>(rig));
+    }
+}
+
+}  // namespace
+
+const CCameraList& presentCameras(CWorldLock& world) {
+    if (!choices(world).rigIsIn) {
+        putIn(world, standardRig());
+    }
+    return cameraList();
+}
+
+void chooseRig(CWorldLock& world, const Rig& rig) {
+    choices(world).rigChosen = true;
+    putIn(world, rig);
+}
+
+void chooseClock(CWorldLock& world, std::int32_t mode) {
+    choices(world).clockChosen = true;
+    deliveries().setClock(world, mode);
+}
+
+void applyEnvironment(CWorldLock& world) {
+    applyClock(world);
+    applyRig(world);
+    presentCameras(world);
+}
+
+void forgetChoices(CWorldLock& world) {
+    putIn(world, standardRig());
+    deliveries().resetClock(world);
+    choices(world).rigChosen = false;
+    choices(world).clockChosen = false;
+}
+
+}  // namespace virtual_cameras

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "virtual_cameras/live/delivery_session.h"
+
+#include <utility>
+
+namespace virtual_cameras {
+
+CDeliverySession::CDeliverySession(CWorldLock& world, GrabberState& grabber,
+                                   const PictureShape& shape, const DeliveryClock& clock)
+    : m_camera(grabber.camera),
+      m_grabber(&grabber),
+      m_schedule(world, clock, m_camera->frameRate),
+      m_delivery(grabber, shape) {}
+
+bool CDeliverySession::waitsForTrigger(CWorldLock& world) const {
+    return m_camera->properties->triggerIsOn(world);
+}
+
+bool CDeliverySession::isOwnThread(CWorldLock&) const noexcept {
+    return m_threadId == ::GetCurrentThreadId();
+}
+
+bool CDeliverySession::isCallingListeners(CWorldLock& world) const noexcept {
+    return isOwnThread(world) && !m_finished;
+}
+
+void CDeliverySession::start(CWorldLock&, const std::shared_ptr<CDeliverySession>& session) {
+    session->m_thread = std::thread([session] { session->run(); });
+}
+
+void CDeliverySession::run() {
+    CWorldLock world;
+    m_threadId = ::GetCurrentThreadId();
+    const auto deliver = [&] {
+        return m_grabber != nullptr && m_delivery.deliver(world, *m_grabber);
+    };
+    while (!m_stopping) {
+        if (!m_requests.isEmpty(world)) {
+            m_requests.serveFirst(world, deliver);
+            continue;
+        }
+        const std::uint32_t milliseconds =
+            waitsForTrigger(world) ? CMonitor::forEver : m_schedule.millisecondsToNext(world);
+        if (milliseconds == 0) {
+            deliver();
+        } else {
+            world.wait(milliseconds);
+        }
+    }
+    if (m_lost && m_grabber != nullptr) {
+        m_delivery.tellLost(world, *m_grabber);
+    }
+    m_finished = true;
+    m_requests.refuseAll(world);
+}
+
+bool CDeliverySession::deliverNow(CWorldLock& world) {
+    return !m_stopping && !m_finished && m_requests.ask(world);
+}
+
+void CDeliverySession::stop(CWorldLock& world) {
+    m_stopping = true;
+    if (m_camera->live.get() == this) {
+        m_camera->live.reset();
+    }
+    world.wakeAll();
+}
+
+bool CDeliverySession::join(CWorldLock& world) {
+    if (!m_thread.joinable()) {
+        while (!m_joined) {
+            world.wait(CMonitor::forEver);
+        }
+        return false;
+    }
+    std::thread ending = std::move(m_thread);
+    world.whileUnlocked([&] { ending.join(); });
+    m_joined = true;
+    world.wakeAll();
+    return true;
+}
+
+void CDeliverySession::leaveGrabber(CWorldLock&) {
+    if (m_grabber != nullptr && m_grabber->session.get() == this) {
+        m_grabber->session.reset();
+    }
+}
+
+bool CDeliverySession::abandon(CWorldLock&) {
+    if (!m_thread.joinable()) {
+        return false;
+    }
+    m_grabber = nullptr;
+    m_thread.detach();
+    return true;
+}
+
+}  // namespace virtual_cameras

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "virtual_cameras/rig/rig_names.h"
+
+#include <utility>
+
+#include "virtual_cameras/rig/built_in_rigs.h"
+#include "virtual_cameras/rig/rig_parser.h"
+
+namespace virtual_cameras {
+
+Rig standardRig() {
+    return std::get<Rig>(rigByName("standard"));
+}
+
+std::variant<Rig, std::string> rigByName(std::string_view name) {
+    const std::size_t colon = name.find(':');
+    const auto toml = builtInRig(name.substr(0, colon));
+    if (!toml) {
+        return "1:1: there is no built-in rig \"" + std::string(name) + "\"";
+    }
+    auto rig = rigByText(*toml);
+    if (colon == std::string_view::npos || !std::holds_alternative<Rig>(rig)) {
+        return rig;
+    }
+    const SceneKind* const scene = sceneCalled(name.substr(colon + 1));
+    if (scene == nullptr) {
+        return "1:" + std::to_string(colon + 2) + ": there is no scene \"" +
+               std::string(name.substr(colon + 1)) + "\"";
+    }
+    for (RigCamera& camera : std::get<Rig>(rig).cameras) {
+        camera.scene.kind = scene;
+    }
+    return rig;
+}
+
+std::variant<Rig, std::string> rigByText(std::string_view toml) {
+    auto parsed = parseRig(toml);
+    if (const auto* error = std::get_if<RigError>(&parsed)) {
+        return errorText(*error);
+    }
+    return std::get<Rig>(std::move(parsed));
+}
+
+}  // namespace virtual_cameras

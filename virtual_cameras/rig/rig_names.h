@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// From the name of a rig, or from its description, to the rig.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "virtual_cameras/rig/rig.h"
+
+namespace virtual_cameras {
+
+Rig standardRig();
+// A built-in rig, or the built-in rig and a scene for all of its cameras
+// ("standard:counter"). A message when there is none of that name.
+std::variant<Rig, std::string> rigByName(std::string_view name);
+// The text of a description. The message holds line and column.
+std::variant<Rig, std::string> rigByText(std::string_view toml);
+
+}  // namespace virtual_cameras
