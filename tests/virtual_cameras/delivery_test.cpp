@@ -189,6 +189,23 @@ TEST_F(Delivery, DestructionStopsLiveVideo) {
     EXPECT_EQ(0U, alive().grabbers);
 }
 
+// The unplugging thread waits for the delivery thread, on which the grabber goes.
+TEST_F(Delivery, AListenerMayDestroyTheGrabberWhoseDeviceIsBeingUnplugged) {
+    std::thread unplugging;
+    m_listener.onFrame = [&](DShowLib::Grabber&) {
+        unplugging = std::thread([] { virtualCamerasUnplug("1A2B"); });
+        while (alive().liveDevices != 0) {
+            std::this_thread::yield();
+        }
+        m_grabber.reset();
+    };
+    ASSERT_TRUE(m_grabber->startLive(false));
+    EXPECT_EQ(1, virtualCamerasDeliverFrame("1A2B"));
+    unplugging.join();
+    EXPECT_EQ(0, m_listener.losses);
+    EXPECT_EQ(0U, alive().grabbers);
+}
+
 TEST_F(Delivery, OverlayIsCalledUntilItIsSwitchedOff) {
     ASSERT_TRUE(m_grabber->startLive(false));
     ASSERT_EQ(1, virtualCamerasDeliverFrame("1A2B"));

@@ -18,6 +18,20 @@ void setVariable(const char* name, const char* value) {
 #endif
 }
 
+// Without a reset before it: in a process of its own this is the state after loading.
+TEST(Loading, TheStandardRigIsThereBeforeTheLibraryIsInitialised) {
+    EXPECT_EQ(0, virtualCamerasUnplug("F1A1"));
+    EXPECT_EQ(1, virtualCamerasUnplug("1A2B"));
+    ASSERT_TRUE(DShowLib::InitLibrary());
+    std::string names;
+    for (const auto& device : toStandard(DShowLib::Grabber().getAvailableVideoCaptureDevices_())) {
+        names += std::string(device.c_str()) + ";";
+    }
+    EXPECT_EQ("SIM Colour 5;SIM Colour 1;QRM 52;SIM Frame Grabber;", names);
+    DShowLib::ExitLibrary();
+    virtualCamerasReset();
+}
+
 class Environment : public ::testing::Test {
 protected:
     void SetUp() override {

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <fstream>
+
 #include "tests/virtual_cameras/camera_rig.h"
 
 namespace camera_tests {
@@ -51,6 +54,29 @@ TEST_F(RigDescription, MissingAndMistypedValuesAreErrorsWithPlace) {
     EXPECT_EQ("3:1: two cameras are called \"A\"",
               errorOf("[[camera]]\nname = \"A\"\n[[camera]]\nname = \"A\"\n"));
     EXPECT_EQ("1:7: only rig format 1 is known", errorOf("rig = 2\n"));
+}
+
+// The first column of the guide's table of scenes, against what the parser offers.
+TEST_F(RigDescription, TheGuideListsTheScenesThatThereAre) {
+    std::ifstream guide(VELMORA_SOURCE_DIR "/docs/rig.md");
+    std::string line;
+    while (std::getline(guide, line) && line.rfind("| Scene |", 0) != 0) {
+    }
+    std::getline(guide, line);  // the rule below the heading
+    std::vector<std::string> documented;
+    while (std::getline(guide, line) && line.rfind("| `", 0) == 0) {
+        documented.push_back(line.substr(3, line.find('`', 3) - 3));
+    }
+    const std::string offered = errorOf("[[camera]]\nname = \"A\"\nscene = \"\"\n");
+    std::vector<std::string> known;
+    for (std::size_t at = offered.find(": ", 5); at != std::string::npos;) {
+        const std::size_t end = offered.find(", ", at + 2);
+        known.push_back(offered.substr(at + 2, end - at - 2));
+        at = end;
+    }
+    std::sort(documented.begin(), documented.end());
+    std::sort(known.begin(), known.end());
+    EXPECT_EQ(known, documented);
 }
 
 TEST_F(RigDescription, TextThatIsNoTomlIsAnErrorWithPlace) {
