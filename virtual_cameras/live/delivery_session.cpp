@@ -87,10 +87,10 @@ void CDeliverySession::leaveGrabber(CWorldLock&) {
 }
 
 bool CDeliverySession::abandon(CWorldLock&) {
+    m_grabber = nullptr;
     if (!m_thread.joinable()) {
         return false;
     }
-    m_grabber = nullptr;
     m_thread.detach();
     return true;
 }

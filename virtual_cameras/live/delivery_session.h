@@ -44,8 +44,8 @@ public:
     bool join(CWorldLock& world);
     // The grabber has no session any more, if this was its.
     void leaveGrabber(CWorldLock& world);
-    // The grabber is destroyed. When a listener does that on the session's own thread,
-    // nobody can join it: then true, and the thread ends by itself.
+    // The grabber is destroyed, and nobody is told anything any more. True when a
+    // listener does that and nobody joins the thread, which then ends by itself.
     bool abandon(CWorldLock& world);
 
 private:
