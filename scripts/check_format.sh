@@ -12,5 +12,5 @@ fi
 formatter=clang-format-14
 command -v "$formatter" >/dev/null || formatter=clang-format
 
-find include platform capture properties acquisition adapter virtual_cameras host tests fuzz bench \
+find include platform capture properties acquisition adapter virtual_cameras camhost tests fuzz bench \
     -name '*.h' -o -name '*.c' -o -name '*.cpp' | sort | xargs "$formatter" "${mode[@]}"

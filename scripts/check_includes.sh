@@ -7,7 +7,7 @@ set -euo pipefail
 cd "${1:-"$(dirname "$0")/.."}"
 
 # The rooms from the ground up, each with what it may include besides itself. A file
-# belongs to the longest room that its path begins with; "camhost/*" would stand for all
+# belongs to the longest room that its path begins with; "camhost/*" stands for all
 # rooms of that folder.
 rooms='
 include/velmora:
@@ -25,13 +25,20 @@ virtual_cameras/properties: platform capture/library virtual_cameras/scenes virt
 virtual_cameras/live: platform capture/library virtual_cameras virtual_cameras/scenes virtual_cameras/rig virtual_cameras/calls virtual_cameras/properties
 virtual_cameras/grabber: platform capture/library virtual_cameras/rig virtual_cameras/calls virtual_cameras/properties virtual_cameras/live
 virtual_cameras/control: platform capture/library virtual_cameras virtual_cameras/rig virtual_cameras/calls virtual_cameras/properties virtual_cameras/live
-host: include/velmora
-fuzz: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras host
-bench: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras host
-tests: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras virtual_cameras/scenes virtual_cameras/live host fuzz
+camhost/base: include/velmora
+camhost/camera: include/velmora camhost/base
+camhost/settings: include/velmora camhost/base camhost/camera
+camhost/pictures: include/velmora camhost/base
+camhost/grab: include/velmora camhost/base camhost/camera camhost/pictures
+camhost/commands: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab
+camhost/application: camhost/base camhost/camera camhost/commands
+camhost/win32: camhost/base camhost/application
+fuzz: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras camhost/*
+bench: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras camhost/*
+tests: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras virtual_cameras/scenes virtual_cameras/live camhost/* fuzz
 '
 # The files and folders that may name the headers of Windows.
-knows_windows='platform/windows.h host/win32 tests'
+knows_windows='platform/windows.h camhost/win32 tests'
 
 declare -A allowed
 while IFS=: read -r room others; do

@@ -13,7 +13,7 @@ command -v "$tidy" >/dev/null || tidy=clang-tidy
 
 if [ $# -eq 0 ]; then
     mapfile -t sources < <(sed -nE 's/^ *"file": "(.*)".*/\1/p' "$build/compile_commands.json" |
-        grep -E "^$PWD/(platform|properties|acquisition|adapter|virtual_cameras|host)/" | sort -u)
+        grep -E "^$PWD/(platform|properties|acquisition|adapter|virtual_cameras|camhost)/" | sort -u)
 else
     sources=("$@")
 fi

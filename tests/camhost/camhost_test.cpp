@@ -4,8 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/json_text.h"
-#include "host/png_text.h"
+#include "camhost/base/json.h"
+#include "camhost/pictures/png_text.h"
 #include "tests/camhost/program.h"
 
 namespace camhost::test {
@@ -51,22 +51,34 @@ Outcome standard(std::vector<std::string> arguments) {
     return runCamhost(arguments);
 }
 
-CData json(const Outcome& outcome) {
-    std::string reason;
-    const auto data = parseJsonText(outcome.out, reason);
-    EXPECT_TRUE(data) << reason << ": " << outcome.out;
-    return data.value_or(CData());
+// With that camera of the standard rig.
+Outcome onCamera(const char* camera, std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"-c", camera});
+    return standard(std::move(arguments));
 }
 
-std::string textAt(const CData& data, const std::vector<const char*>& path) {
-    const CData* at = &data;
+Outcome grabFrom(const char* camera, std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"--clock", "fast", "grab"});
+    return onCamera(camera, std::move(arguments));
+}
+
+CJson json(const Outcome& outcome) {
+    std::string reason;
+    const auto json = CJson::parse(outcome.out, reason);
+    EXPECT_TRUE(json) << reason << ": " << outcome.out;
+    return json.value_or(CJson());
+}
+
+std::string textAt(const CJson& json, const std::vector<const char*>& path) {
+    CJson at = json;
     for (const char* key : path) {
-        at = at->find(key);
-        if (at == nullptr) {
+        const std::optional<CJson> member = at.find(key);
+        if (!member) {
             return "missing";
         }
+        at = *member;
     }
-    return at->text().value_or("no text");
+    return at.text().value_or("no text");
 }
 
 std::vector<std::uint8_t> bytes(const std::string& text) {
@@ -114,10 +126,10 @@ TEST(Camhost, ListShowsTheStandardRig) {
 }
 
 TEST(Camhost, ListAsJsonIsOneObject) {
-    const CData data = json(standard({"--json", "list"}));
+    const CJson data = json(standard({"--json", "list"}));
     EXPECT_EQ(textAt(data, {"schema"}), "camhost/1");
     EXPECT_EQ(textAt(data, {"command"}), "list");
-    const auto& cameras = std::get<CData::Array>(data.find("result")->variant());
+    const std::vector<CJson> cameras = data.find("result").value_or(CJson()).elements();
     ASSERT_EQ(cameras.size(), 5U);
     EXPECT_EQ(textAt(cameras[3], {"serial"}), "FEDCBA9876543210");
 }
@@ -170,13 +182,12 @@ TEST(Camhost, UsageErrorsTakeTwoLines) {
 
 TEST(Camhost, CamerasAreChosenBySerialNameOrIndex) {
     for (const char* wanted : {"77c01", "Colour 5", "#1"}) {
-        EXPECT_EQ(textAt(json(standard({"-c", wanted, "--json", "info"})), {"camera", "serial"}),
-                  "77C01")
+        EXPECT_EQ(textAt(json(onCamera(wanted, {"--json", "info"})), {"camera", "serial"}), "77C01")
             << wanted;
     }
-    EXPECT_EQ(standard({"-c", "colour", "info"}).exit, 3);
+    EXPECT_EQ(onCamera("colour", {"info"}).exit, 3);
     EXPECT_EQ(standard({"info"}).exit, 3);
-    EXPECT_EQ(standard({"-c", "#9", "info"}).exit, 3);
+    EXPECT_EQ(onCamera("#9", {"info"}).exit, 3);
 }
 
 TEST(Camhost, TwinsAreToldApartBySerial) {
@@ -188,14 +199,14 @@ TEST(Camhost, TwinsAreToldApartBySerial) {
 }
 
 TEST(Camhost, PropsShowRangesAutomaticsAndHiddenKeys) {
-    const Outcome mono = standard({"-c", "1A2B", "props", "exposure"});
+    const Outcome mono = onCamera("1A2B", {"props", "exposure"});
     EXPECT_EQ(mono.exit, 0);
     EXPECT_EQ(
         mono.out,
         "exposure auto switch  (bool)  : value=true\n"
         "exposure value abs    (float) : min=0.000100 max=1.000000 value=0.033300 flags=auto\n"
         "exposure value range  (int)   : min=1 max=10000 value=333 flags=auto\n");
-    const Outcome colour = standard({"-c", "77C01", "props"});
+    const Outcome colour = onCamera("77C01", {"props"});
     EXPECT_THAT(colour.out, HasSubstr("binning factor value strings     (choice)  : value=1x1\n"));
     EXPECT_THAT(colour.out,
                 HasSubstr("tone_curve enable switch         (bool)    : value=false\n"));
@@ -204,7 +215,7 @@ TEST(Camhost, PropsShowRangesAutomaticsAndHiddenKeys) {
 }
 
 TEST(Camhost, GetShowsOneLinePerKey) {
-    const Outcome outcome = standard({"-c", "1A2B", "get", "Gain Value Range", "gian value range"});
+    const Outcome outcome = onCamera("1A2B", {"get", "Gain Value Range", "gian value range"});
     EXPECT_EQ(outcome.exit, 1);
     EXPECT_EQ(outcome.out, "gain value range  (int) : min=0 max=1023 value=100\n");
     EXPECT_EQ(outcome.err,
@@ -212,42 +223,42 @@ TEST(Camhost, GetShowsOneLinePerKey) {
 }
 
 TEST(Camhost, SetReadsBack) {
-    const Outcome outcome = standard({"-c", "1A2B", "set", "framerate=15", "gain value range=7"});
+    const Outcome outcome = onCamera("1A2B", {"set", "framerate=15", "gain value range=7"});
     EXPECT_EQ(outcome.exit, 0);
     EXPECT_EQ(outcome.out, "framerate: 60.000000 -> 15.000000\ngain value range: 100 -> 7\n");
     EXPECT_EQ(outcome.err, "");
 }
 
 TEST(Camhost, SetNamesTheAutomaticThatRefuses) {
-    const Outcome refused = standard({"-c", "1A2B", "set", "exposure value abs=0.01"});
+    const Outcome refused = onCamera("1A2B", {"set", "exposure value abs=0.01"});
     EXPECT_EQ(refused.exit, 1);
     EXPECT_EQ(refused.out, "");
     EXPECT_THAT(refused.err, StartsWith("error: exposure value abs: refused, automatic is on\n"));
     EXPECT_THAT(refused.err, HasSubstr("hint:  camhost --rig standard -c 1A2B set \"exposure auto "
                                        "switch=false\"   (or add --manual)\n"));
-    const Outcome manual = standard({"-c", "1A2B", "set", "--manual", "exposure value abs=0.01"});
+    const Outcome manual = onCamera("1A2B", {"set", "--manual", "exposure value abs=0.01"});
     EXPECT_EQ(manual.exit, 0);
     EXPECT_EQ(manual.out,
               "exposure auto switch: true -> false\nexposure value abs: 0.033300 -> 0.010000\n");
 }
 
 TEST(Camhost, SetOutOfRangeGivesTheAdaptersLimits) {
-    const CData data = json(standard({"-c", "1A2B", "--json", "set", "gain value range=1024"}));
+    const CJson data = json(onCamera("1A2B", {"--json", "set", "gain value range=1024"}));
     EXPECT_EQ(textAt(data, {"error", "code"}), "refused");
     EXPECT_EQ(textAt(data, {"error", "adapter_message"}),
               "gain value range must be within 0 and 1023!");
-    EXPECT_EQ(standard({"-c", "1A2B", "set", "gain value range=12abc"}).exit, 2);
+    EXPECT_EQ(onCamera("1A2B", {"set", "gain value range=12abc"}).exit, 2);
 }
 
 TEST(Camhost, ANormWithoutFormatsFailsInsideTheLibrary) {
-    const Outcome outcome = standard({"-c", "grabber", "--json", "set", "videonorm=SECAM_L"});
+    const Outcome outcome = onCamera("grabber", {"--json", "set", "videonorm=SECAM_L"});
     EXPECT_EQ(outcome.exit, 1);
     EXPECT_EQ(textAt(json(outcome), {"error", "code"}), "failed");
 }
 
 TEST(Camhost, ChoicesAreFoundByProbing) {
     const Outcome outcome =
-        standard({"-c", "77C01", "choices", "--probe", "white balance mode strings", "framerate"});
+        onCamera("77C01", {"choices", "--probe", "white balance mode strings", "framerate"});
     EXPECT_EQ(outcome.exit, 0);
     EXPECT_EQ(outcome.out,
               "white balance mode strings:\n    * Grey World\n      Daylight 5500 K\n"
@@ -255,18 +266,18 @@ TEST(Camhost, ChoicesAreFoundByProbing) {
 }
 
 TEST(Camhost, ExecTellsWhatChanged) {
-    EXPECT_EQ(standard({"-c", "1A2B", "commands"}).out,
+    EXPECT_EQ(onCamera("1A2B", {"commands"}).out,
               "gain one push\npropertydialog\ntrigger software trigger\n");
-    const Outcome outcome = standard({"-c", "1A2B", "exec", "gain one push"});
+    const Outcome outcome = onCamera("1A2B", {"exec", "gain one push"});
     EXPECT_EQ(outcome.exit, 0);
     EXPECT_EQ(outcome.out, "gain one push: done\ngain value range: 100 -> 260\n");
-    EXPECT_EQ(standard({"-c", "1A2B", "exec", "gain one posh"}).exit, 1);
+    EXPECT_EQ(onCamera("1A2B", {"exec", "gain one posh"}).exit, 1);
 }
 
 TEST(Camhost, ParamsApplyOneBlock) {
     const Outcome outcome =
-        standard({"-c", "1A2B", "params", "--strict", "exposure=0.01", "contrast=0.5",
-                  "brightness=0.1", "trigger=on", "polarity=on", "roi=0,0,640,480"});
+        onCamera("1A2B", {"params", "--strict", "exposure=0.01", "contrast=0.5", "brightness=0.1",
+                          "trigger=on", "polarity=on", "roi=0,0,640,480"});
     EXPECT_EQ(outcome.exit, 0);
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.out,
@@ -277,10 +288,10 @@ TEST(Camhost, ParamsApplyOneBlock) {
 
 TEST(Camhost, SettingsAreSavedComparedAndLoaded) {
     const std::string file = utf8(testFolder() / "s\xC3\xA4ved.json");
-    EXPECT_EQ(standard({"-c", "1A2B", "save", file}).exit, 0);
-    EXPECT_EQ(standard({"-c", "1A2B", "diff", "--strict", file}).exit, 0);
-    EXPECT_EQ(standard({"-c", "1A2B", "load", file}).err, "nothing to change\n");
-    const Outcome other = standard({"-c", "77C01", "diff", "--strict", file});
+    EXPECT_EQ(onCamera("1A2B", {"save", file}).exit, 0);
+    EXPECT_EQ(onCamera("1A2B", {"diff", "--strict", file}).exit, 0);
+    EXPECT_EQ(onCamera("1A2B", {"load", file}).err, "nothing to change\n");
+    const Outcome other = onCamera("77C01", {"diff", "--strict", file});
     EXPECT_EQ(other.exit, 6);
     EXPECT_THAT(other.out, HasSubstr("videoformat: Y800 (1280x960) -> BY8 (640x480)\n"));
 }
@@ -290,7 +301,7 @@ TEST(Camhost, LoadedSettingsArriveInTheCamera) {
     writeFile(file, R"json({"schema":"camhost-settings/1","serial":"1A2B","settings":{
 "exposure auto switch":"true","exposure value abs":"0.010000",
 "framerate":"15.000000","videoformat":"Y800 (640x480)"}})json");
-    const Outcome outcome = standard({"-c", "1A2B", "load", utf8(file)});
+    const Outcome outcome = onCamera("1A2B", {"load", utf8(file)});
     EXPECT_EQ(outcome.exit, 0);
     EXPECT_EQ(outcome.out,
               "videoformat: Y800 (1280x960) -> Y800 (640x480)\n"
@@ -299,8 +310,7 @@ TEST(Camhost, LoadedSettingsArriveInTheCamera) {
 }
 
 TEST(Camhost, GrabWritesPngFilesThatTellWhatTheyHold) {
-    const Outcome outcome =
-        standard({"--clock", "fast", "-c", "1A2B", "grab", "-n", "2", "-o", "shot_%02d.png"});
+    const Outcome outcome = grabFrom("1A2B", {"-n", "2", "-o", "shot_%02d.png"});
     EXPECT_EQ(outcome.exit, 0);
     EXPECT_THAT(outcome.out, StartsWith("done: 2 frames in "));
     EXPECT_THAT(outcome.out, HasSubstr(" fps while live, timeouts 0, lost 0, Mono8\n"));
@@ -316,8 +326,7 @@ TEST(Camhost, GrabWritesPngFilesThatTellWhatTheyHold) {
 }
 
 TEST(Camhost, ColoursStandUprightWithARedCorner) {
-    const Outcome outcome = standard(
-        {"--clock", "fast", "-c", "77C01", "grab", "--pixelformat", "rgb24", "-o", "rgb.ppm"});
+    const Outcome outcome = grabFrom("77C01", {"--pixelformat", "rgb24", "-o", "rgb.ppm"});
     EXPECT_EQ(outcome.exit, 0);
     EXPECT_THAT(outcome.out, HasSubstr(", RGB24\n"));
     const std::string picture = readFile(testFolder() / "rgb.ppm");
@@ -327,8 +336,8 @@ TEST(Camhost, ColoursStandUprightWithARedCorner) {
 
 TEST(Camhost, RawFramesOfEveryKindHaveTheOrderThatIsSaid) {
     for (const char* serial : {"77C01", "2F00D", "FEDCBA9876543210"}) {
-        const Outcome outcome = standard({"--clock", "fast", "-c", serial, "grab", "--demosaic",
-                                          "fast", "-o", std::string(serial) + ".pnm"});
+        const Outcome outcome =
+            grabFrom(serial, {"--demosaic", "fast", "-o", std::string(serial) + ".pnm"});
         EXPECT_EQ(outcome.exit, 0);
         EXPECT_THAT(outcome.out, HasSubstr(", Raw8 GRBG as delivered\n"));
         const std::string picture = readFile(testFolder() / (std::string(serial) + ".pnm"));
@@ -351,14 +360,14 @@ TEST(Camhost, OddSizesComeOutStraight) {
 }
 
 TEST(Camhost, RawFilesHoldTheBytesAsDelivered) {
-    EXPECT_EQ(standard({"--clock", "fast", "-c", "77C01", "grab", "-o", "frame.raw"}).exit, 0);
+    EXPECT_EQ(grabFrom("77C01", {"-o", "frame.raw"}).exit, 0);
     EXPECT_EQ(readFile(testFolder() / "frame.raw").size(), 307200U);
 }
 
 TEST(Camhost, ASettingShowsInThePicture) {
     const auto meanAt = [](const char* exposure) {
-        const Outcome outcome = standard({"--clock", "fast", "-c", "1A2B", "grab", "--manual",
-                                          "--set", exposure, "-o", "exposed.pgm"});
+        const Outcome outcome =
+            grabFrom("1A2B", {"--manual", "--set", exposure, "-o", "exposed.pgm"});
         EXPECT_EQ(outcome.exit, 0) << outcome.err;
         return mean(readFile(testFolder() / "exposed.pgm"));
     };
@@ -369,7 +378,7 @@ TEST(Camhost, NoFrameInTimeIsFour) {
     const Outcome outcome = runCamhost(
         {"--rig", rigFile(triggeredRig), "--json", "grab", "--timeout", "0.5", "--format", "none"});
     EXPECT_EQ(outcome.exit, 4);
-    const CData data = json(outcome);
+    const CJson data = json(outcome);
     EXPECT_EQ(textAt(data, {"error", "code"}), "no_frame");
     EXPECT_EQ(textAt(data, {"error", "hint"}), "trigger enable is on: no trigger arrived?");
     EXPECT_THAT(outcome.out, HasSubstr("\"timeouts\":1,\"lost\":0,"));
@@ -385,9 +394,9 @@ TEST(Camhost, AnInterruptionStopsTheVideoAndPrintsTheTotals) {
 }
 
 TEST(Camhost, ArgumentsAreUtf8) {
-    EXPECT_EQ(standard({"-c", "77C01", "set", "SCH\xC3\xA4RFE value range=3"}).out,
+    EXPECT_EQ(onCamera("77C01", {"set", "SCH\xC3\xA4RFE value range=3"}).out,
               "sch\xC3\xA4rfe value range: 7 -> 3\n");
-    EXPECT_EQ(standard({"-c", "77C01", "set", "white balance mode strings=Gl\xC3\xBChlampe"}).out,
+    EXPECT_EQ(onCamera("77C01", {"set", "white balance mode strings=Gl\xC3\xBChlampe"}).out,
               "white balance mode strings: Grey World -> Gl\xC3\xBChlampe\n");
 }
 

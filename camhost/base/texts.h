@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+// Small operations on text: lowering, splitting, joining, and text for a terminal.
+// Used all over camhost. Portable.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace camhost {
+
+// ASCII only, whatever the locale.
+std::string lowered(std::string_view text);
+bool sameIgnoringCase(std::string_view a, std::string_view b);
+
+// As the adapter reads a key: lowered, without the blanks at its end.
+std::string normalisedKey(std::string_view key);
+
+// The parts between the separators; none for the empty text.
+std::vector<std::string> split(std::string_view text, char separator);
+std::string join(const std::vector<std::string>& parts, std::string_view separator);
+
+std::string padded(std::string_view text, std::size_t width);
+
+// UTF-8 code points, for aligning columns.
+std::size_t displayWidth(std::string_view text);
+
+// Control characters as blanks, so that foreign text can't drive a terminal.
+std::string printable(std::string_view text);
+
+}  // namespace camhost

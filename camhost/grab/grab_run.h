@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// The loop of a grab: waits, copies and stores until there are enough frames,
+// time is up, the camera is lost for good, or the user ends it. Portable.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "camhost/base/report.h"
+#include "camhost/base/system.h"
+#include "camhost/camera/record_channel.h"
+#include "camhost/grab/grab_counts.h"
+#include "camhost/grab/grab_plan.h"
+#include "camhost/pictures/frame_buffer.h"
+#include "camhost/pictures/picture_writer.h"
+
+namespace camhost {
+
+enum class GrabEnd { Complete, TimedOut, Lost, Interrupted };
+
+class CGrabRun {
+public:
+    CGrabRun(CRecordChannel& camera, const GrabPlan& plan, CSystem& system, CReport& report);
+
+    // Starts, loops and stops. What is refused leaves as a Failure, after the
+    // video was stopped.
+    GrabEnd run(const std::string& videoFormat);
+
+    const GrabCounts& counts() const { return m_counts; }
+    const FrameLayout& layout() const { return m_layout; }
+    const std::vector<std::string>& files() const { return m_files; }
+    std::optional<BayerOrder> bayer() const;
+    // "Mono8", or "Raw8 BGGR as delivered".
+    std::string pixelText() const;
+
+private:
+    FrameLayout readLayout();
+    GrabEnd loop(CFrameBuffer& buffer);
+    std::optional<GrabEnd> step(CFrameBuffer& buffer);
+    std::optional<GrabEnd> onLost();
+    std::optional<GrabEnd> onTimeout();
+    void onBack();
+    void takeFrame(CFrameBuffer& buffer);
+    void store(const CFrameBuffer& buffer);
+    void startWriting();
+    void finishWriting();
+    PngTexts describeFrame() const;
+    void showProgress();
+    void updateTimes();
+
+    CRecordChannel& m_camera;
+    const GrabPlan& m_plan;
+    CSystem& m_system;
+    CReport& m_report;
+    GrabCounts m_counts;
+    FrameLayout m_layout;
+    std::string m_videoFormat;
+    std::vector<std::string> m_files;
+    std::unique_ptr<CPictureWriter> m_writer;  // none when nothing is stored
+    double m_started = 0.0;
+    double m_lastSign = 0.0;  // of the last frame, start or return of the camera
+    double m_lostAt = 0.0;
+    double m_lostBefore = 0.0;  // seconds of the losses that are over
+    double m_lastProgress = 0.0;
+    bool m_lost = false;
+};
+
+}  // namespace camhost

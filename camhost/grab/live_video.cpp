@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#include "camhost/grab/live_video.h"
+
+#include "camhost/base/failure.h"
+
+namespace camhost {
+
+CLiveVideo::CLiveVideo(CRecordChannel& camera) : m_camera(camera) {
+    const Reply reply = camera.start();
+    if (!reply.done()) {
+        const std::string reason = reply.message.empty() ? "" : ": " + reply.message;
+        throw Failure{.code = "refused",
+                      .message = "live video does not start" + reason,
+                      .adapterMessage = reply.message};
+    }
+}
+
+CLiveVideo::~CLiveVideo() {
+    if (m_live) {
+        try {
+            m_camera.stop();
+        } catch (const Failure&) {
+            m_live = false;  // there is an earlier failure to tell of
+        }
+    }
+}
+
+void CLiveVideo::stop() {
+    m_live = false;
+    m_camera.stop();
+}
+
+}  // namespace camhost

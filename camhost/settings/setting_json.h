@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// Settings as JSON; what is not known about one is absent. Portable.
+#pragma once
+
+#include <vector>
+
+#include "camhost/base/json.h"
+#include "camhost/settings/setting.h"
+
+namespace camhost {
+
+CJson settingJson(const Setting& setting);
+CJson settingsJson(const std::vector<Setting>& settings);
+
+}  // namespace camhost

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#include "camhost/win32/windows_system.h"
+
+#include <io.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+
+#include "camhost/base/failure.h"
+#include "camhost/win32/wide_text.h"
+
+namespace camhost {
+
+namespace {
+
+constexpr const wchar_t* defaultAdapter = L"velmora_adapter.dll";
+constexpr const wchar_t* capturePattern = L"ORV_CAPLB11*.dll";
+
+std::atomic<bool> ctrlC{false};
+HANDLE ctrlCEvent = nullptr;
+
+BOOL WINAPI onConsoleSignal(DWORD signal) {
+    if (signal != CTRL_C_EVENT && signal != CTRL_BREAK_EVENT && signal != CTRL_CLOSE_EVENT) {
+        return FALSE;
+    }
+    // The second one ends the program at once.
+    if (ctrlC.exchange(true)) {
+        return FALSE;
+    }
+    SetEvent(ctrlCEvent);
+    return TRUE;
+}
+
+std::wstring folderOf(const std::wstring& file) {
+    const auto slash = file.find_last_of(L"\\/");
+    return slash == file.npos ? std::wstring() : file.substr(0, slash + 1);
+}
+
+std::wstring moduleFile(HMODULE module) {
+    wchar_t buffer[1024] = L"";
+    const DWORD length = GetModuleFileNameW(module, buffer, 1024);
+    return {buffer, length};
+}
+
+std::wstring fullPath(const std::wstring& file) {
+    wchar_t buffer[1024] = L"";
+    const DWORD length = GetFullPathNameW(file.c_str(), 1024, buffer, nullptr);
+    return length > 0 && length < 1024 ? std::wstring(buffer, length) : file;
+}
+
+std::string loadError(DWORD error) {
+    switch (error) {
+        case ERROR_MOD_NOT_FOUND:
+        case ERROR_FILE_NOT_FOUND:
+        case ERROR_PATH_NOT_FOUND:
+            return "it, or a library that it needs, is not there";
+        case ERROR_BAD_EXE_FORMAT:
+            return "it is no 64-bit library";
+        default:
+            return "error " + std::to_string(error);
+    }
+}
+
+}  // namespace
+
+CWindowsSystem::CWindowsSystem() {
+    ctrlCEvent = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    SetConsoleCtrlHandler(onConsoleSignal, TRUE);
+}
+
+CWindowsSystem::~CWindowsSystem() {
+    SetConsoleCtrlHandler(onConsoleSignal, FALSE);
+    CloseHandle(ctrlCEvent);
+}
+
+// Both the process environment and the C runtime's own copy of it.
+void CWindowsSystem::setVariable(const std::string& name, const std::string& value) {
+    SetEnvironmentVariableW(toWide(name).c_str(), toWide(value).c_str());
+    _wputenv_s(toWide(name).c_str(), toWide(value).c_str());
+}
+
+GetVideoChannelEntry CWindowsSystem::loadAdapter(const std::string& file) {
+    const std::wstring path =
+        fullPath(file.empty() ? folderOf(moduleFile(nullptr)) + defaultAdapter : toWide(file));
+    m_adapterFile = toUtf8(path);
+    const HMODULE module = LoadLibraryW(path.c_str());
+    if (module == nullptr) {
+        throw Failure{.exit = ExitCode::NotFound,
+                      .code = "adapter_not_loaded",
+                      .message = "the adapter " + m_adapterFile +
+                                 " can not be loaded: " + loadError(GetLastError()),
+                      .hint = file.empty() ? "name it with --adapter" : ""};
+    }
+    const FARPROC entry = GetProcAddress(module, "GetVideoChannel");
+    if (entry == nullptr) {
+        throw Failure{
+            .exit = ExitCode::NotFound,
+            .code = "no_adapter",
+            .message = m_adapterFile + " is no camera adapter: it does not export GetVideoChannel"};
+    }
+    return reinterpret_cast<GetVideoChannelEntry>(reinterpret_cast<void (*)()>(entry));
+}
+
+bool CWindowsSystem::captureLibraryPresent() const {
+    WIN32_FIND_DATAW found;
+    const std::wstring pattern = folderOf(toWide(m_adapterFile)) + capturePattern;
+    const HANDLE search = FindFirstFileW(pattern.c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    FindClose(search);
+    return true;
+}
+
+void CWindowsSystem::guardDialogs(bool on) {
+    if (on && !m_guard) {
+        m_guard = std::make_unique<CDialogGuard>();
+    } else if (!on && m_guard) {
+        const std::vector<Dialog> closed = m_guard->closed();
+        m_dialogs.insert(m_dialogs.end(), closed.begin(), closed.end());
+        m_guard.reset();
+    }
+}
+
+std::vector<Dialog> CWindowsSystem::dialogsClosed() {
+    return m_dialogs;
+}
+
+double CWindowsSystem::seconds() {
+    using Seconds = std::chrono::duration<double>;
+    return Seconds(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+void CWindowsSystem::sleep(std::uint32_t milliseconds) {
+    WaitForSingleObject(ctrlCEvent, milliseconds);
+}
+
+bool CWindowsSystem::interrupted() {
+    return ctrlC.load();
+}
+
+bool CWindowsSystem::messagesOnTerminal() {
+    return _isatty(_fileno(stderr)) != 0;
+}
+
+std::string CWindowsSystem::utcDate() {
+    SYSTEMTIME time;
+    GetSystemTime(&time);
+    char text[32];
+    std::snprintf(text, sizeof text, "%04u-%02u-%02uT%02u:%02u:%02uZ", time.wYear, time.wMonth,
+                  time.wDay, time.wHour, time.wMinute, time.wSecond);
+    return text;
+}
+
+}  // namespace camhost

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// The machine that camhost runs on, by Windows calls. Used by main only.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+
+#include "camhost/base/system.h"
+#include "camhost/win32/dialog_guard.h"
+
+namespace camhost {
+
+class CWindowsSystem : public CSystem {
+public:
+    CWindowsSystem();
+    ~CWindowsSystem() override;
+
+    void setVariable(const std::string& name, const std::string& value) override;
+    GetVideoChannelEntry loadAdapter(const std::string& file) override;
+    std::string adapterFile() const override { return m_adapterFile; }
+    bool captureLibraryPresent() const override;
+    void guardDialogs(bool on) override;
+    std::vector<Dialog> dialogsClosed() override;
+    double seconds() override;
+    void sleep(std::uint32_t milliseconds) override;
+    bool interrupted() override;
+    bool messagesOnTerminal() override;
+    std::string utcDate() override;
+
+private:
+    std::string m_adapterFile;
+    std::unique_ptr<CDialogGuard> m_guard;
+    std::vector<Dialog> m_dialogs;  // of guards that have ended
+};
+
+}  // namespace camhost

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+// An adapter made of plain data, and a machine with a clock of its own, for
+// tests that run camhost as a whole in one process.
+#pragma once
+
+#include <deque>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "camhost/base/system.h"
+
+namespace camhost::test {
+
+// What one WaitFrame answers, after `seconds` of the made-up clock.
+struct Wait {
+    std::int32_t result = 0;
+    std::uint32_t status = 0;
+    double seconds = 0.0;
+    std::string message;
+};
+
+struct MadeUpCamera {
+    std::string name = "SIM Mono 23";
+    std::string serial = "1A2B";
+    std::int32_t width = 4;
+    std::int32_t height = 2;
+    std::uint32_t pixelType = 0;
+    double exposure = -1.0;
+
+    std::map<std::string, std::string> values;
+    std::vector<std::string> commands{"propertydialog"};
+    std::map<std::string, std::vector<std::string>> choices;
+    std::map<std::string, std::string> refusals;  // key or command to message
+    std::map<std::string, std::string> readBack;  // key to what a set leaves instead
+    std::map<std::string, std::pair<std::string, std::string>> effects;  // of commands
+    std::set<std::string> throwingCode;  // keys whose read throws 0x80004005
+    bool missing = false;
+    bool startRefused = false;
+
+    std::deque<Wait> waits;  // then frames without end
+    std::vector<std::uint8_t> frame;
+    std::size_t overrun = 0;      // bytes that a copy writes too many
+    std::size_t textOverrun = 0;  // bytes that a read writes too many
+
+    CameraParameterBlock parameters{};
+    std::vector<std::string> log;
+    bool live = false;
+};
+
+class CMadeUpSystem : public CSystem {
+public:
+    CMadeUpSystem();
+    ~CMadeUpSystem() override;
+
+    void setVariable(const std::string& name, const std::string& value) override;
+    GetVideoChannelEntry loadAdapter(const std::string& file) override;
+    std::string adapterFile() const override { return "made_up.dll"; }
+    bool captureLibraryPresent() const override { return captureLibrary; }
+    void guardDialogs(bool on) override { guarded.push_back(on); }
+    std::vector<Dialog> dialogsClosed() override { return dialogs; }
+    double seconds() override { return time; }
+    void sleep(std::uint32_t milliseconds) override { time += milliseconds / 1000.0; }
+    bool interrupted() override { return interruptAfter >= 0.0 && time >= interruptAfter; }
+    bool messagesOnTerminal() override { return terminal; }
+    std::string utcDate() override { return "2024-05-06T07:08:09Z"; }
+
+    std::vector<MadeUpCamera> cameras;
+    std::map<std::string, std::string> variables;
+    std::vector<Dialog> dialogs;
+    std::vector<bool> guarded;
+    bool captureLibrary = true;
+    bool terminal = false;
+    double time = 100.0;
+    double interruptAfter = -1.0;
+};
+
+// A camera with an exposure that an automatic guards, a gain and a trigger.
+MadeUpCamera ordinaryCamera();
+
+struct Outcome {
+    int exit = -1;
+    std::string out;
+    std::string err;
+};
+Outcome run(CMadeUpSystem& system, const std::vector<std::string>& arguments);
+
+}  // namespace camhost::test
