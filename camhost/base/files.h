@@ -2,6 +2,7 @@
 // Whole files. Their names are UTF-8. Portable.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -9,9 +10,15 @@
 
 namespace camhost {
 
-// These throw a Failure that names the file.
+// These throw a Failure that names the file, with the system's reason where it gives one.
+
+// A file of that name keeps its content until the new one is whole: that is written
+// beside it and then takes its place. Nothing is left behind by a failure.
 void writeFile(const std::string& name, std::span<const std::uint8_t> bytes);
 void writeTextFile(const std::string& name, std::string_view text);
+
+inline constexpr std::size_t longestTextFile = std::size_t{1} << 20U;
+// Refuses a file of more than `longestTextFile` bytes.
 std::string readTextFile(const std::string& name);
 
 }  // namespace camhost

@@ -7,6 +7,33 @@ namespace camhost {
 
 using Document = nlohmann::ordered_json;
 
+namespace {
+
+// The controls that JSON lets stand as they are, and a terminal may act on: U+007F, and
+// U+0080 to U+009F. They occur in strings only.
+std::string withEscapedControls(const std::string& text) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
+        const bool isHigh = byte == 0xC2 && next >= 0x80 && next <= 0x9F;
+        if (byte != 0x7F && !isHigh) {
+            escaped += text[i];
+            continue;
+        }
+        const unsigned control = isHigh ? next : byte;
+        escaped += "\\u00";
+        escaped += digits[control >> 4U];
+        escaped += digits[control & 0xFU];
+        i += isHigh ? 1 : 0;
+    }
+    return escaped;
+}
+
+}  // namespace
+
 CJson::CJson() : CJson(Document()) {}
 CJson::CJson(bool value) : CJson(Document(value)) {}
 CJson::CJson(double value) : CJson(Document(value)) {}
@@ -80,14 +107,26 @@ std::vector<CJson> CJson::elements() const {
 }
 
 std::string CJson::toText(int indentation) const {
-    return m_document->dump(indentation > 0 ? indentation : -1, ' ', false,
-                            Document::error_handler_t::replace);
+    const std::string text = m_document->dump(indentation > 0 ? indentation : -1, ' ', false,
+                                              Document::error_handler_t::replace);
+    return withEscapedControls(text);
 }
 
 std::optional<CJson> CJson::parse(std::string_view text, std::string& reason) {
+    // Taking a document apart recurses: a deep one would end the program.
+    bool isTooDeep = false;
+    const auto stopTooDeep = [&isTooDeep](int depth, Document::parse_event_t, const Document&) {
+        isTooDeep = isTooDeep || depth > deepest;
+        return !isTooDeep;
+    };
     try {
-        return CJson(Document::parse(text.begin(), text.end()));
-    } catch (const Document::parse_error& error) {
+        Document document = Document::parse(text.begin(), text.end(), stopTooDeep);
+        if (isTooDeep) {
+            reason = "it is nested more than " + std::to_string(deepest) + " deep";
+            return std::nullopt;
+        }
+        return CJson(std::move(document));
+    } catch (const Document::exception& error) {
         reason = error.what();
         // The library's own tag, such as "[json.exception.parse_error.101] ".
         if (const auto end = reason.find("] "); reason.starts_with("[") && end != reason.npos) {

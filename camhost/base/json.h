@@ -53,7 +53,9 @@ public:
     // Bytes that are not UTF-8 come out as the replacement character. With an
     // indentation of 0 the text is one line.
     std::string toText(int indentation = 0) const;
-    // Nothing, and a reason with line and column, when the text is not JSON.
+    // Nothing, and a reason (with line and column where it has them), when the text is not
+    // JSON, or is nested more deeply than `deepest`.
+    static constexpr int deepest = 32;
     static std::optional<CJson> parse(std::string_view text, std::string& reason);
 
 private:

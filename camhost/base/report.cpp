@@ -7,14 +7,14 @@ namespace camhost {
 
 void CReport::line(std::string_view text) {
     if (!m_json) {
-        m_out << text << '\n';
+        m_out << forTerminal(text) << '\n';
     }
 }
 
 void CReport::message(std::string_view text) {
     if (m_verbosity >= 0) {
         endProgress();
-        m_err << text << '\n';
+        m_err << forTerminal(text) << '\n';
     }
 }
 
@@ -26,19 +26,19 @@ void CReport::detail(std::string_view text) {
 
 void CReport::warning(std::string_view text) {
     endProgress();
-    m_err << "warning: " << text << '\n';
+    m_err << "warning: " << forTerminal(text) << '\n';
     m_warnings.emplace_back(text);
 }
 
 void CReport::failure(const Failure& failure) {
     endProgress();
-    m_err << "error: " << failure.message << '\n';
+    m_err << "error: " << forTerminal(failure.message) << '\n';
     if (!failure.adapterMessage.empty() &&
         failure.message.find(failure.adapterMessage) == std::string::npos) {
         m_err << "       the adapter says: " << printable(failure.adapterMessage) << '\n';
     }
     if (!failure.hint.empty()) {
-        m_err << "hint:  " << failure.hint << '\n';
+        m_err << "hint:  " << forTerminal(failure.hint) << '\n';
     }
     if (m_error) {
         return;
@@ -57,10 +57,10 @@ void CReport::progress(std::string_view text) {
         return;
     }
     if (!m_terminal) {
-        m_err << text << '\n';
+        m_err << forTerminal(text) << '\n';
         return;
     }
-    m_err << '\r' << text;
+    m_err << '\r' << forTerminal(text);
     if (text.size() < m_progressWidth) {
         m_err << std::string(m_progressWidth - text.size(), ' ');
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Everything that camhost says: results on one stream, messages and progress on
-// another, or one JSON object instead of the results. Portable.
+// another, or one JSON object instead of the results. Nothing that leaves through it can
+// drive a terminal, whatever foreign text it holds. Portable.
 #pragma once
 
 #include <optional>

@@ -2,6 +2,7 @@
 #include "camhost/base/texts.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace camhost {
 
@@ -70,16 +71,64 @@ std::string padded(std::string_view text, std::size_t width) {
     return result;
 }
 
-std::string printable(std::string_view text) {
-    std::string result(text);
-    std::replace_if(
-        result.begin(), result.end(),
-        [](char c) {
-            const auto byte = static_cast<unsigned char>(c);
-            return byte < 0x20U || byte == 0x7FU;
-        },
-        ' ');
+namespace {
+
+bool isControl(char32_t point) {
+    return point < 0x20 || (point >= 0x7F && point < 0xA0);
+}
+
+// The length of the UTF-8 sequence that the text begins with, and its code point; 1 and
+// U+FFFD where it begins with none.
+std::pair<std::size_t, char32_t> firstPoint(std::string_view text) {
+    constexpr char32_t none = 0xFFFD;
+    const auto lead = static_cast<unsigned char>(text.front());
+    if (lead < 0x80) {
+        return {1, lead};
+    }
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4 || text.size() < length) {
+        return {1, none};
+    }
+    char32_t point = lead & (0x7FU >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if ((byte & 0xC0U) != 0x80) {
+            return {1, none};
+        }
+        point = (point << 6U) | (byte & 0x3FU);
+    }
+    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    const bool isSurrogate = point >= 0xD800 && point <= 0xDFFF;
+    return point < smallest[length] || isSurrogate || point > 0x10FFFF
+               ? std::pair<std::size_t, char32_t>{1, none}
+               : std::pair{length, point};
+}
+
+std::string withoutControls(std::string_view text, bool keepLayout) {
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const auto [length, point] = firstPoint(text);
+        if (isControl(point) && !(keepLayout && (point == '\n' || point == '\t'))) {
+            result += ' ';
+        } else if (point == 0xFFFD) {
+            result += "\xEF\xBF\xBD";
+        } else {
+            result += text.substr(0, length);
+        }
+        text.remove_prefix(length);
+    }
     return result;
+}
+
+}  // namespace
+
+std::string printable(std::string_view text) {
+    return withoutControls(text, false);
+}
+
+std::string forTerminal(std::string_view text) {
+    return withoutControls(text, true);
 }
 
 }  // namespace camhost

@@ -25,7 +25,11 @@ std::string padded(std::string_view text, std::size_t width);
 // UTF-8 code points, for aligning columns.
 std::size_t displayWidth(std::string_view text);
 
-// Control characters as blanks, so that foreign text can't drive a terminal.
+// Foreign text on one line: every control character is a blank.
 std::string printable(std::string_view text);
+
+// Text as it may go to a terminal: line breaks and tabs stay, every other control character
+// (ASCII's, and U+0080 to U+009F) is a blank, and a byte that is no UTF-8 is U+FFFD.
+std::string forTerminal(std::string_view text);
 
 }  // namespace camhost

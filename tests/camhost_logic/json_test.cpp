@@ -37,5 +37,20 @@ TEST(JsonText, ErrorsNameLineAndColumn) {
     EXPECT_EQ(reason.rfind("parse error at line 2, column 7", 0), 0U) << reason;
 }
 
+TEST(JsonText, DeepNestingIsRefusedAndDoesNotEndTheProgram) {
+    std::string reason;
+    EXPECT_TRUE(CJson::parse(std::string(32, '[') + std::string(32, ']'), reason));
+    EXPECT_FALSE(CJson::parse(std::string(34, '[') + std::string(34, ']'), reason));
+    EXPECT_EQ(reason, "it is nested more than 32 deep");
+    EXPECT_FALSE(CJson::parse(std::string(200000, '[') + std::string(200000, ']'), reason));
+    EXPECT_FALSE(CJson::parse(std::string(200000, '['), reason));
+}
+
+TEST(JsonText, ANumberThatFitsNoDoubleIsRefused) {
+    std::string reason;
+    EXPECT_FALSE(CJson::parse("{\"a\":1e999}", reason));
+    EXPECT_NE(reason, "");
+}
+
 }  // namespace
 }  // namespace camhost

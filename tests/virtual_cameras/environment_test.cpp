@@ -110,5 +110,15 @@ TEST_F(Environment, ChoosesTheClock) {
     EXPECT_EQ(1, virtualCamerasWaitForCall("GrabberListener::frameReady", 0, deadline, nullptr));
 }
 
+TEST_F(Environment, ARigFileHasItsLimits) {
+    // Both leave the standard rig.
+    const std::string standard = devices("standard");
+    DShowLib::ExitLibrary();
+    EXPECT_EQ(devices(file(std::string(1048577, '#')).c_str()), "");
+    DShowLib::ExitLibrary();
+    EXPECT_EQ(devices(file("a = " + std::string(200000, '[')).c_str()), "");
+    EXPECT_NE(standard, "");
+}
+
 }  // namespace
 }  // namespace camera_tests

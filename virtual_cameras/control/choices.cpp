@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <string>
 #include <tuple>
 
 #include "virtual_cameras/control/environment.h"
@@ -33,13 +33,19 @@ void putIn(CWorldLock& world, const Rig& rig) {
     cameraList().replace(world, rig);
 }
 
+constexpr std::size_t longestRigFile = std::size_t{1} << 20U;
+
+// At most one byte more than the longest that is taken.
 std::optional<std::string> contentOf(const std::string& path) {
     std::ifstream file(std::filesystem::path(std::u8string(path.begin(), path.end())),
                        std::ios::binary);
     if (!file) {
         return std::nullopt;
     }
-    return std::string(std::istreambuf_iterator<char>(file), {});
+    std::string content(longestRigFile + 1, '\0');
+    file.read(content.data(), static_cast<std::streamsize>(content.size()));
+    content.resize(static_cast<std::size_t>(file.gcount()));
+    return content;
 }
 
 // A built-in rig, or a file of that name.
@@ -51,6 +57,9 @@ std::variant<Rig, std::string> rigOfEnvironment(const std::string& value) {
     const auto content = contentOf(value);
     if (!content) {
         return value + ": there is no such built-in rig, and no such file";
+    }
+    if (content->size() > longestRigFile) {
+        return value + ": a rig file has at most " + std::to_string(longestRigFile) + " bytes";
     }
     auto rig = rigByText(*content);
     if (const auto* message = std::get_if<std::string>(&rig)) {
