@@ -92,11 +92,11 @@ protected:
 
 TEST_F(ComOfAnAcquisitionThread, IsEndedAgainWhereTheAdapterStartedIt) {
     onThread(COINIT_MULTITHREADED, 0, [this] {
-        EXPECT_EQ(m_camera.start(), succeeded());
+        EXPECT_EQ(m_camera.start(), accepted());
         EXPECT_EQ(comState(), without);
         EXPECT_EQ(m_camera.wait(), noFrame());
         EXPECT_EQ(comState(), without);
-        EXPECT_EQ(m_camera.stop(), succeeded());
+        EXPECT_EQ(m_camera.stop(), accepted());
         EXPECT_EQ(comState(), without);
         loseCamera();
         EXPECT_EQ(m_camera.wait().result, 1);
@@ -106,7 +106,7 @@ TEST_F(ComOfAnAcquisitionThread, IsEndedAgainWhereTheAdapterStartedIt) {
 
 TEST_F(ComOfAnAcquisitionThread, AStartKeepsOneMoreInAHostsMultithreadedApartment) {
     onThread(COINIT_MULTITHREADED, 1, [this] {
-        EXPECT_EQ(m_camera.start(), succeeded());
+        EXPECT_EQ(m_camera.start(), accepted());
         EXPECT_EQ(comState(), (ComState{Apartment::multi, 2}));
     });
 }
@@ -123,15 +123,15 @@ TEST_F(ComOfAnAcquisitionThread, ARefusedStartDoesNotTouchIt) {
     onThread(COINIT_MULTITHREADED, 1, [this] {
         m_camera.start();
         const ComState before = comState();
-        EXPECT_EQ(m_camera.start(), failed());
+        EXPECT_EQ(m_camera.start(), refused());
         EXPECT_EQ(comState(), before);
     });
 }
 
 TEST_F(ComOfAnAcquisitionThread, AStopIsBalancedInAHostsMultithreadedApartment) {
-    EXPECT_EQ(m_camera.start(), succeeded());
+    EXPECT_EQ(m_camera.start(), accepted());
     onThread(COINIT_MULTITHREADED, 1, [this] {
-        EXPECT_EQ(m_camera.stop(), succeeded());
+        EXPECT_EQ(m_camera.stop(), accepted());
         EXPECT_EQ(comState(), (ComState{Apartment::multi, 1}));
     });
 }
@@ -147,9 +147,9 @@ TEST_F(ComOfAnAcquisitionThread, ASearchForALostCameraIsBalanced) {
 TEST_F(ComOfAnAcquisitionThread, AHostsSingleThreadedApartmentIsLeftAlone) {
     onThread(COINIT_APARTMENTTHREADED, 1, [this] {
         constexpr ComState own = {Apartment::single, 1};
-        EXPECT_EQ(m_camera.start(), succeeded());
+        EXPECT_EQ(m_camera.start(), accepted());
         EXPECT_EQ(comState(), own);
-        EXPECT_EQ(m_camera.stop(), succeeded());
+        EXPECT_EQ(m_camera.stop(), accepted());
         EXPECT_EQ(comState(), own);
         loseCamera();
         EXPECT_EQ(m_camera.wait().result, 1);

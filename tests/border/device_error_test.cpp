@@ -59,12 +59,11 @@ TEST_F(DeviceError, ACameraThatDoesNotOpenIsListedWithoutADevice) {
     EXPECT_TRUE(m_boxes.seen().empty());
     EXPECT_STREQ(silent.record().deviceName, "Silent");
     EXPECT_STREQ(silent.record().serialText, "n/a");
-    EXPECT_EQ(silent.start(), failed("No valid video capture device selected."));
-    EXPECT_EQ(silent.stop(), failed("No valid video capture device selected."));
+    EXPECT_EQ(silent.start(), refused("No valid video capture device selected."));
+    EXPECT_EQ(silent.stop(), refused("No valid video capture device selected."));
     ImageInfo image{};
-    EXPECT_EQ(silent.imageInfo(&image),
-              (Answer{1, 0x2000, "No valid video capture device selected."}));
-    EXPECT_EQ(silent.wait(), (Answer{1, 0x2000, "The video capture device is disconnected."}));
+    EXPECT_EQ(silent.imageInfo(&image), deviceLost("No valid video capture device selected."));
+    EXPECT_EQ(silent.wait(), deviceLost("The video capture device is disconnected."));
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 // column and colour plane.
 #include <gtest/gtest.h>
 
+#include <deque>
+
 #include "tests/border/support/border_test.h"
 #include "tests/border/support/message_boxes.h"
 #include "virtual_cameras/scenes/scene_code.h"
@@ -31,22 +33,24 @@ protected:
     }
 
     // One frame in memory of exactly `size` bytes.
-    static void grab(const CHostChannel& camera, CGuardedBytes& memory) {
-        ASSERT_EQ(camera.start(), succeeded());
-        ASSERT_TRUE(camera.waitForFrame());
-        EXPECT_EQ(camera.copy(memory.data()), done());
-        EXPECT_EQ(camera.stop(), succeeded());
+    const CHostMemory& grab(const CHostChannel& camera, std::size_t size) {
+        CHostMemory& memory = m_frames.emplace_back(size);
+        EXPECT_EQ(camera.start(), accepted());
+        EXPECT_TRUE(camera.waitForFrame());
+        EXPECT_EQ(camera.copy(memory), done());
+        EXPECT_EQ(camera.stop(), accepted());
+        return memory;
     }
 
     // The number in columns 4 to 7, the first of which is at `place`.
-    static std::uint32_t frameAt(const CGuardedBytes& memory, std::size_t place,
+    static std::uint32_t frameAt(const CHostMemory& memory, std::size_t place,
                                  std::size_t step = 1) {
         const std::uint8_t four[4] = {memory[place], memory[place + step], memory[place + 2 * step],
                                       memory[place + 3 * step]};
         return virtual_cameras::counterFrame(four);
     }
 
-    static void expectPicture(const CGuardedBytes& memory, std::uint32_t pictureWidth,
+    static void expectPicture(const CHostMemory& memory, std::uint32_t pictureWidth,
                               std::uint32_t pictureHeight, const Pattern& pattern) {
         const std::uint32_t frame = frameAt(memory, 4);
         EXPECT_GE(frame, 1U);
@@ -60,7 +64,7 @@ protected:
     }
 
     // Row and column 0 are gone, and the last row and column are the host's own.
-    static void expectShiftedPicture(const CGuardedBytes& memory, std::uint32_t pictureWidth,
+    static void expectShiftedPicture(const CHostMemory& memory, std::uint32_t pictureWidth,
                                      std::uint32_t pictureHeight, const Pattern& pattern) {
         const std::uint32_t frame = frameAt(memory, 3);
         EXPECT_GE(frame, 1U);
@@ -70,7 +74,7 @@ protected:
                 const std::uint8_t expected =
                     isWritten ? counterValue(frame, row + 1, column + 1,
                                              pattern.planes[row % 2][column % 2])
-                              : CGuardedBytes::untouched;
+                              : CHostMemory::filler;
                 ASSERT_EQ(memory[row * pictureWidth + column], expected)
                     << "row " << row << " column " << column;
             }
@@ -78,7 +82,7 @@ protected:
     }
 
     // Bottom row first; blue, green, red.
-    static void expectColourPicture(const CGuardedBytes& memory, std::uint32_t pictureWidth,
+    static void expectColourPicture(const CHostMemory& memory, std::uint32_t pictureWidth,
                                     std::uint32_t pictureHeight, const Plane (&planes)[3]) {
         const std::uint32_t frame = frameAt(memory, 12, 3);
         EXPECT_GE(frame, 1U);
@@ -93,87 +97,61 @@ protected:
             }
         }
     }
+
+private:
+    std::deque<CHostMemory> m_frames;
 };
 
 TEST_F(Frames, GreyCameraStartsWithMono8AndArrivesUnchanged) {
     const CHostChannel camera = channel(0);
-    EXPECT_EQ(camera.get("pixelformat"), valued("Mono8"));
-    CGuardedBytes memory(96 * 64);
-    grab(camera, memory);
-    expectPicture(memory, 96, 64, grey);
+    EXPECT_EQ(camera.get("pixelformat"), accepted("Mono8"));
+    expectPicture(grab(camera, 96 * 64), 96, 64, grey);
 }
 
 TEST_F(Frames, GreyCameraInRaw8IsShiftedByOneRowAndColumn) {
-    const CHostChannel camera = channel(0);
-    ASSERT_EQ(camera.set("pixelformat", "raw8"), succeeded());
-    CGuardedBytes memory(96 * 64);
-    grab(camera, memory);
-    expectShiftedPicture(memory, 96, 64, grey);
+    expectShiftedPicture(grab(channelIn(0, "raw8"), 96 * 64), 96, 64, grey);
 }
 
 TEST_F(Frames, GreyCameraInRgb24ArrivesBottomUp) {
-    const CHostChannel camera = channel(0);
-    ASSERT_EQ(camera.set("pixelformat", "rgb24"), succeeded());
-    CGuardedBytes memory(96 * 64 * 3);
-    grab(camera, memory);
-    expectColourPicture(memory, 96, 64, {Plane::grey, Plane::grey, Plane::grey});
+    expectColourPicture(grab(channelIn(0, "rgb24"), 96 * 64 * 3), 96, 64,
+                        {Plane::grey, Plane::grey, Plane::grey});
 }
 
 TEST_F(Frames, ColourCameraStartsWithRaw8RebuiltTopDown) {
     const CHostChannel camera = channel(1);
-    EXPECT_EQ(camera.get("pixelformat"), valued("Raw8"));
-    CGuardedBytes memory(width * height);
-    grab(camera, memory);
-    expectPicture(memory, width, height, greenRedBlueGreen);
+    EXPECT_EQ(camera.get("pixelformat"), accepted("Raw8"));
+    expectPicture(grab(camera, width * height), width, height, greenRedBlueGreen);
 }
 
 TEST_F(Frames, ColourCameraInRgb24ArrivesBottomUp) {
-    const CHostChannel camera = channel(1);
-    ASSERT_EQ(camera.set("pixelformat", "rgb24"), succeeded());
-    CGuardedBytes memory(width * height * 3);
-    grab(camera, memory);
-    expectColourPicture(memory, width, height, {Plane::blue, Plane::green, Plane::red});
+    expectColourPicture(grab(channelIn(1, "rgb24"), width * height * 3), width, height,
+                        {Plane::blue, Plane::green, Plane::red});
 }
 
 TEST_F(Frames, ColourCameraInMono8ArrivesGrey) {
-    const CHostChannel camera = channel(1);
-    ASSERT_EQ(camera.set("pixelformat", "mono8"), succeeded());
-    CGuardedBytes memory(width * height);
-    grab(camera, memory);
-    expectPicture(memory, width, height, grey);
+    expectPicture(grab(channelIn(1, "mono8"), width * height), width, height, grey);
 }
 
 TEST_F(Frames, ColourCameraAtAGreyFormatStartsWithRaw8Shifted) {
     const CHostChannel camera = channel(2);
-    EXPECT_EQ(camera.get("pixelformat"), valued("Raw8"));
-    CGuardedBytes memory(width * height);
-    grab(camera, memory);
+    EXPECT_EQ(camera.get("pixelformat"), accepted("Raw8"));
     // The sensor begins with green, blue / red, green.
-    expectShiftedPicture(memory, width, height, greenRedBlueGreen);
+    expectShiftedPicture(grab(camera, width * height), width, height, greenRedBlueGreen);
 }
 
 TEST_F(Frames, ColourCameraAtAGreyFormatInMono8IsNotShifted) {
-    const CHostChannel camera = channel(2);
-    ASSERT_EQ(camera.set("pixelformat", "mono8"), succeeded());
-    CGuardedBytes memory(width * height);
-    grab(camera, memory);
-    expectPicture(memory, width, height, greenBlueRedGreen);
+    expectPicture(grab(channelIn(2, "mono8"), width * height), width, height, greenBlueRedGreen);
 }
 
 TEST_F(Frames, ColourCameraAtAGreyFormatInRgb24ArrivesBottomUp) {
-    const CHostChannel camera = channel(2);
-    ASSERT_EQ(camera.set("pixelformat", "rgb24"), succeeded());
-    CGuardedBytes memory(width * height * 3);
-    grab(camera, memory);
-    expectColourPicture(memory, width, height, {Plane::blue, Plane::green, Plane::red});
+    expectColourPicture(grab(channelIn(2, "rgb24"), width * height * 3), width, height,
+                        {Plane::blue, Plane::green, Plane::red});
 }
 
 TEST_F(Frames, AnAlignedModelInRaw8ArrivesUnchanged) {
     const CHostChannel camera = channel(3);
-    EXPECT_EQ(camera.get("pixelformat"), valued("Raw8"));
-    CGuardedBytes memory(width * height);
-    grab(camera, memory);
-    expectPicture(memory, width, height, greenBlueRedGreen);
+    EXPECT_EQ(camera.get("pixelformat"), accepted("Raw8"));
+    expectPicture(grab(camera, width * height), width, height, greenBlueRedGreen);
 }
 
 TEST_F(Frames, AnOddWidthInRaw8HasOneByteMorePerRow) {
@@ -183,9 +161,8 @@ serial = "0DD"
 formats = ["RGB32 (15x5)"]
 scene = "counter")toml");
     const CHostChannel camera = channel(0);
-    EXPECT_EQ(camera.get("pixelformat"), valued("Raw8"));
-    CGuardedBytes memory(16 * 5);
-    grab(camera, memory);
+    EXPECT_EQ(camera.get("pixelformat"), accepted("Raw8"));
+    const CHostMemory& memory = grab(camera, 16 * 5);
 
     const std::uint32_t frame = frameAt(memory, 4);
     // The lines of memory are counted from the bottom of the picture: even ones, the
@@ -206,75 +183,74 @@ scene = "counter")toml");
 }
 
 TEST_F(Frames, LaterFramesHaveLaterNumbers) {
-    const CHostChannel camera = channel(0);
-    ASSERT_EQ(camera.start(), succeeded());
+    const CHostChannel camera = liveChannel(0);
     std::uint32_t last = 0;
     for (int i = 0; i < 20; ++i) {
-        CGuardedBytes memory(96 * 64);
+        CHostMemory memory(96 * 64);
         ASSERT_TRUE(camera.waitForFrame());
-        ASSERT_EQ(camera.copy(memory.data()), done());
+        ASSERT_EQ(camera.copy(memory), done());
         expectPicture(memory, 96, 64, grey);
         EXPECT_GT(frameAt(memory, 4), last);
         last = frameAt(memory, 4);
     }
-    EXPECT_EQ(camera.stop(), succeeded());
+    EXPECT_EQ(camera.stop(), accepted());
 }
 
 TEST_F(Frames, CamerasDeliverSideBySide) {
     const CHostChannel greyCamera = channel(0);
     const CHostChannel colourCamera = channel(1);
-    CGuardedBytes greyMemory(96 * 64);
-    CGuardedBytes colourMemory(width * height);
-    ASSERT_EQ(greyCamera.start(), succeeded());
-    ASSERT_EQ(colourCamera.start(), succeeded());
+    CHostMemory greyMemory(96 * 64);
+    CHostMemory colourMemory(width * height);
+    ASSERT_EQ(greyCamera.start(), accepted());
+    ASSERT_EQ(colourCamera.start(), accepted());
     ASSERT_TRUE(greyCamera.waitForFrame());
     ASSERT_TRUE(colourCamera.waitForFrame());
-    EXPECT_EQ(colourCamera.copy(colourMemory.data()), done());
-    EXPECT_EQ(greyCamera.copy(greyMemory.data()), done());
+    EXPECT_EQ(colourCamera.copy(colourMemory), done());
+    EXPECT_EQ(greyCamera.copy(greyMemory), done());
     expectPicture(greyMemory, 96, 64, grey);
     expectPicture(colourMemory, width, height, greenRedBlueGreen);
 }
 
 TEST_F(Frames, AFrameIsCopiedOnce) {
     const CHostChannel camera = channel(0);
-    CGuardedBytes memory(96 * 64);
-    ASSERT_EQ(camera.start(), succeeded());
+    CHostMemory memory(96 * 64);
+    ASSERT_EQ(camera.start(), accepted());
     ASSERT_TRUE(camera.waitForFrame());
-    EXPECT_EQ(camera.copy(memory.data()), done());
-    memory.clear();
-    EXPECT_EQ(camera.copy(memory.data()), noFrame());
+    EXPECT_EQ(camera.copy(memory), done());
+    memory.refill();
+    EXPECT_EQ(camera.copy(memory), noFrame());
     EXPECT_TRUE(memory.isUntouched());
 }
 
 TEST_F(Frames, WithoutAWaitThereIsNothingToCopy) {
     const CHostChannel camera = channel(0);
-    CGuardedBytes memory(96 * 64);
-    EXPECT_EQ(camera.copy(memory.data()), noFrame());
-    ASSERT_EQ(camera.start(), succeeded());
-    EXPECT_EQ(camera.copy(memory.data()), noFrame());
+    CHostMemory memory(96 * 64);
+    EXPECT_EQ(camera.copy(memory), noFrame());
+    ASSERT_EQ(camera.start(), accepted());
+    EXPECT_EQ(camera.copy(memory), noFrame());
     EXPECT_TRUE(memory.isUntouched());
 }
 
 TEST_F(Frames, AfterAStopThereIsNothingToCopy) {
     const CHostChannel camera = channel(0);
-    CGuardedBytes memory(96 * 64);
-    ASSERT_EQ(camera.start(), succeeded());
+    CHostMemory memory(96 * 64);
+    ASSERT_EQ(camera.start(), accepted());
     ASSERT_TRUE(camera.waitForFrame());
-    EXPECT_EQ(camera.stop(), succeeded());
-    EXPECT_EQ(camera.copy(memory.data()), noFrame());
+    EXPECT_EQ(camera.stop(), accepted());
+    EXPECT_EQ(camera.copy(memory), noFrame());
     EXPECT_TRUE(memory.isUntouched());
 }
 
 TEST_F(Frames, ACopyToNowhereShowsTheBoxAndDropsTheFrame) {
     const CHostChannel camera = channel(0);
     CMessageBoxes boxes;
-    CGuardedBytes memory(96 * 64);
-    ASSERT_EQ(camera.start(), succeeded());
+    CHostMemory memory(96 * 64);
+    ASSERT_EQ(camera.start(), accepted());
     ASSERT_TRUE(camera.waitForFrame());
     EXPECT_EQ(camera.copy(nullptr), noFrame());
     EXPECT_EQ(boxes.take(), (std::vector<MessageBoxSeen>{
                                 {L"Eror", L"rawMemory == NULL", false, false, false, {L"OK"}}}));
-    EXPECT_EQ(camera.copy(memory.data()), noFrame());
+    EXPECT_EQ(camera.copy(memory), noFrame());
     EXPECT_TRUE(memory.isUntouched());
     EXPECT_TRUE(boxes.seen().empty());
 }
@@ -290,7 +266,7 @@ TEST_F(Frames, ImageInfoDescribesWhatIsCopied) {
     for (const Case& expected :
          {Case{0, "mono8", 96, 64, 0}, Case{0, "raw8", 96, 64, 4}, Case{1, "rgb24", 64, 48, 7}}) {
         const CHostChannel camera = channel(expected.index);
-        ASSERT_EQ(camera.set("pixelformat", expected.pixelFormat), succeeded());
+        ASSERT_EQ(camera.set("pixelformat", expected.pixelFormat), accepted());
         ImageInfo image{};
         image.hostOwn = 0x12345678;
         image.reserved0 = image.reserved1 = image.regionLeft = image.regionTop = -1;

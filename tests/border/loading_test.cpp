@@ -59,7 +59,7 @@ TEST_F(Loading, EveryCallWithoutTheLibraryShowsTheBoxAndFails) {
 
 TEST_F(Loading, WithoutTheLibraryTheRecordStaysAsItWas) {
     const CAdapterDll adapter(m_folder.adapterFile());
-    CGuardedBytes bytes(sizeof(VideoChannelRecord));
+    CHostMemory bytes(sizeof(VideoChannelRecord));
     EXPECT_EQ(adapter.getVideoChannel(0, reinterpret_cast<VideoChannelRecord*>(bytes.data())), 1);
     EXPECT_TRUE(bytes.isUntouched());
 }

@@ -3,98 +3,79 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <stdexcept>
 
 #include "tests/border/support/border_test.h"
+#include "tests/support/raw_record.h"
+#include "tests/support/thrown.h"
 
 namespace {
 
 class Record : public CBorderTest {
 protected:
-    VideoChannelRecord* record() { return reinterpret_cast<VideoChannelRecord*>(m_bytes.data()); }
+    VideoChannelRecord* record() { return m_raw.record(); }
 
-    template <class Value>
-    Value at(std::size_t offset) const {
-        Value value{};
-        std::memcpy(&value, m_bytes.data() + offset, sizeof(value));
-        return value;
-    }
-
-    bool isUntouched(std::size_t from, std::size_t end) const {
-        for (std::size_t i = from; i < end; ++i) {
-            if (m_bytes[i] != CGuardedBytes::untouched) {
-                return false;
-            }
-        }
-        return true;
-    }
-
-    // A host's record: 680 bytes and no more.
-    CGuardedBytes m_bytes{680};
+    CRawRecord m_raw;
 };
 
 TEST_F(Record, HoldsTheFactsOfTheCameraAtTheirOffsets) {
     ASSERT_EQ(adapter().getVideoChannel(0, record()), 0);
-    EXPECT_EQ(at<std::uint32_t>(0), 632U);
-    EXPECT_STREQ(reinterpret_cast<const char*>(m_bytes.data() + 88), "Border Grey");
-    EXPECT_STREQ(reinterpret_cast<const char*>(m_bytes.data() + 344), "1A2B");
-    EXPECT_EQ(at<double>(600), 0.25);
-    EXPECT_EQ(at<double>(608), 0.2);
-    EXPECT_EQ(at<double>(616), -1.0);
-    EXPECT_EQ(at<std::int32_t>(624), 96);
-    EXPECT_EQ(at<std::int32_t>(628), 64);
+    EXPECT_EQ(m_raw.at<std::uint32_t>(0), 632U);
+    EXPECT_EQ(m_raw.text(88), "Border Grey");
+    EXPECT_EQ(m_raw.text(344), "1A2B");
+    EXPECT_EQ(m_raw.at<double>(600), 0.25);
+    EXPECT_EQ(m_raw.at<double>(608), 0.2);
+    EXPECT_EQ(m_raw.at<double>(616), -1.0);
+    EXPECT_EQ(m_raw.at<std::int32_t>(624), 96);
+    EXPECT_EQ(m_raw.at<std::int32_t>(628), 64);
 }
 
 TEST_F(Record, ACameraWithoutTheSettingsHasMinusOne) {
     ASSERT_EQ(adapter().getVideoChannel(1, record()), 0);
-    EXPECT_EQ(at<double>(600), -1.0);
-    EXPECT_EQ(at<double>(608), -1.0);
-    EXPECT_EQ(at<double>(616), -1.0);
+    EXPECT_EQ(m_raw.at<double>(600), -1.0);
+    EXPECT_EQ(m_raw.at<double>(608), -1.0);
+    EXPECT_EQ(m_raw.at<double>(616), -1.0);
 }
 
 TEST_F(Record, HasFourteenEntryPointsAndAContext) {
     ASSERT_EQ(adapter().getVideoChannel(0, record()), 0);
-    const auto missing = at<std::uintptr_t>(632);  // still as the host left it
+    const auto missing = m_raw.at<std::uintptr_t>(632);  // still as the host left it
     for (std::size_t offset :
          {8U, 16U, 24U, 32U, 40U, 48U, 56U, 64U, 72U, 80U, 640U, 648U, 656U, 664U, 672U}) {
-        EXPECT_NE(at<std::uintptr_t>(offset), 0U) << offset;
-        EXPECT_NE(at<std::uintptr_t>(offset), missing) << offset;
+        EXPECT_NE(m_raw.at<std::uintptr_t>(offset), 0U) << offset;
+        EXPECT_NE(m_raw.at<std::uintptr_t>(offset), missing) << offset;
     }
 }
 
 TEST_F(Record, GapsAndTheRestOfTheTextsStayAsTheHostLeftThem) {
     ASSERT_EQ(adapter().getVideoChannel(0, record()), 0);
-    EXPECT_TRUE(isUntouched(4, 8));
-    EXPECT_TRUE(isUntouched(88 + sizeof("Border Grey"), 344));
-    EXPECT_TRUE(isUntouched(344 + sizeof("1A2B"), 600));
-    EXPECT_TRUE(isUntouched(632, 640));
+    EXPECT_TRUE(m_raw.isUntouched(4, 4));
+    EXPECT_TRUE(m_raw.isUntouched(88 + sizeof("Border Grey"), 344 - (88 + sizeof("Border Grey"))));
+    EXPECT_TRUE(m_raw.isUntouched(344 + sizeof("1A2B"), 600 - (344 + sizeof("1A2B"))));
+    EXPECT_TRUE(m_raw.isUntouched(632, 8));
 }
 
 TEST_F(Record, AnOldHostsSizeIsOverwrittenAndDoesNotCount) {
     const std::uint32_t oldSize = 600;
-    std::memcpy(m_bytes.data(), &oldSize, sizeof(oldSize));
+    std::memcpy(m_raw.data(), &oldSize, sizeof(oldSize));
     ASSERT_EQ(adapter().getVideoChannel(0, record()), 0);
-    EXPECT_EQ(at<std::uint32_t>(0), 632U);
-    EXPECT_FALSE(isUntouched(640, 680));
+    EXPECT_EQ(m_raw.at<std::uint32_t>(0), 632U);
+    EXPECT_FALSE(m_raw.isUntouched(640, 40));
 }
 
 TEST_F(Record, IndexPastTheLastCameraFailsAndLeavesTheRecord) {
     for (std::int32_t index : {4, 5, 1000, 0x7FFFFFFF}) {
         EXPECT_EQ(adapter().getVideoChannel(index, record()), 1) << index;
     }
-    EXPECT_TRUE(m_bytes.isUntouched());
+    EXPECT_TRUE(m_raw.isUntouched());
 }
 
 TEST_F(Record, NegativeIndexRaisesOutOfRangeWithItsText) {
     for (std::int32_t index : {-1, -2147483647 - 1}) {
-        try {
-            adapter().getVideoChannel(index, record());
-            ADD_FAILURE() << "nothing was raised for " << index;
-        } catch (const std::out_of_range& failure) {
-            EXPECT_STREQ(failure.what(), "invalid vector<T> subscript");
-        }
+        EXPECT_EQ(outOfRangeText([&] { adapter().getVideoChannel(index, record()); }),
+                  "invalid vector<T> subscript")
+            << index;
     }
-    EXPECT_TRUE(m_bytes.isUntouched());
+    EXPECT_TRUE(m_raw.isUntouched());
     // The adapter still answers.
     EXPECT_EQ(adapter().getVideoChannel(3, record()), 0);
 }
@@ -130,8 +111,8 @@ TEST_F(Record, TheLongestNameIsCutAndTerminated) {
     const std::string name(300, 'N');
     control().loadRig(("[[camera]]\nname = \"" + name + "\"\nserial = \"9\"\n").c_str());
     ASSERT_EQ(adapter().getVideoChannel(0, record()), 0);
-    EXPECT_STREQ(reinterpret_cast<const char*>(m_bytes.data() + 88), name.substr(0, 253).c_str());
-    EXPECT_TRUE(isUntouched(88 + 254, 344));
+    EXPECT_EQ(m_raw.text(88), name.substr(0, 253));
+    EXPECT_TRUE(m_raw.isUntouched(88 + 254, 344 - (88 + 254)));
 }
 
 TEST_F(Record, WithoutCamerasEveryIndexFailsForever) {
@@ -139,7 +120,7 @@ TEST_F(Record, WithoutCamerasEveryIndexFailsForever) {
     EXPECT_EQ(adapter().getVideoChannel(0, record()), 1);
     control().loadRig(fourCameras);
     EXPECT_EQ(adapter().getVideoChannel(0, record()), 1);
-    EXPECT_TRUE(m_bytes.isUntouched());
+    EXPECT_TRUE(m_raw.isUntouched());
 }
 
 }  // namespace

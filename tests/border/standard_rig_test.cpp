@@ -35,11 +35,11 @@ protected:
         control().setClock(VIRTUAL_CAMERAS_CLOCK_REAL);
     }
 
-    static void grab(const CHostChannel& camera, CGuardedBytes& memory) {
-        ASSERT_EQ(camera.start(), succeeded());
+    static void grab(const CHostChannel& camera, CHostMemory& memory) {
+        ASSERT_EQ(camera.start(), accepted());
         ASSERT_TRUE(camera.waitForFrame());
-        EXPECT_EQ(camera.copy(memory.data()), done());
-        EXPECT_EQ(camera.stop(), succeeded());
+        EXPECT_EQ(camera.copy(memory), done());
+        EXPECT_EQ(camera.stop(), accepted());
     }
 };
 
@@ -49,13 +49,13 @@ TEST_P(StandardRigBytes, FirstPixelsAreTheScenes) {
     const Case& expected = GetParam();
     const CHostChannel camera = channel(expected.camera);
     ASSERT_STREQ(camera.record().deviceName, expected.name);
-    ASSERT_EQ(camera.set("pixelformat", expected.pixelFormat), succeeded());
+    ASSERT_EQ(camera.set("pixelformat", expected.pixelFormat), accepted());
     ImageInfo image{};
     ASSERT_EQ(camera.imageInfo(&image), done());
     ASSERT_EQ(image.width, static_cast<std::int32_t>(expected.width));
     ASSERT_EQ(image.height, static_cast<std::int32_t>(expected.height));
 
-    CGuardedBytes memory(expected.width * expected.height);
+    CHostMemory memory(expected.width * expected.height);
     grab(camera, memory);
     const std::array<std::uint8_t, 4> corner = {memory[0], memory[1], memory[expected.width],
                                                 memory[expected.width + 1]};
@@ -89,9 +89,9 @@ TEST_P(StandardRigColour, TopLeftPixelStandsInTheLastRowAsBlueGreenRed) {
     const Case& expected = GetParam();
     const CHostChannel camera = channel(expected.camera);
     ASSERT_STREQ(camera.record().deviceName, expected.name);
-    ASSERT_EQ(camera.set("pixelformat", expected.pixelFormat), succeeded());
+    ASSERT_EQ(camera.set("pixelformat", expected.pixelFormat), accepted());
 
-    CGuardedBytes memory(std::size_t{3} * expected.width * expected.height);
+    CHostMemory memory(std::size_t{3} * expected.width * expected.height);
     grab(camera, memory);
     const std::size_t lastRow = std::size_t{3} * expected.width * (expected.height - 1);
     const std::array<std::uint8_t, 4> corner = {memory[lastRow], memory[lastRow + 1],

@@ -5,30 +5,29 @@
 
 #include "acquisition/listener.h"
 #include "tests/channel/counted_new.h"
-#include "tests/support/channel_fixture.h"
-#include "tests/support/channel_rigs.h"
+#include "tests/support/one_channel.h"
 
 namespace {
 
-class Allocation : public CChannelTest {
+class Allocation : public CGreyCamera {
 protected:
     void SetUp() override {
-        CChannelTest::SetUp();
+        CGreyCamera::SetUp();
         if (!counted_new::isPossible()) {
             GTEST_SKIP() << "the sanitizer of this build brings its own new";
         }
     }
 
     // Allocations of both threads over many frames, each waited for and copied.
-    std::uint64_t overFrames(CVideoChannel& channel, std::size_t frameBytes) {
+    std::uint64_t overFrames(std::size_t frameBytes) {
         virtualCamerasSetClock(VIRTUAL_CAMERAS_CLOCK_FAST);
-        start(channel);
+        EXPECT_EQ(start(), accepted());
         CHostMemory frame(frameBytes);
         CHostStatus status;
         std::uint32_t copied = 0;
         const auto round = [&] {
-            channel.WaitFrame(nullptr, status);
-            channel.CopyFrame(nullptr, frame.data(), status);
+            channel().WaitFrame(nullptr, status);
+            channel().CopyFrame(nullptr, frame.data(), status);
             copied += status.value() == 0 ? 1U : 0U;
         };
         // What is made on first use.
@@ -38,15 +37,16 @@ protected:
             round();
         }
         const std::uint64_t allocations = counted_new::stop();
-        stop(channel);
+        EXPECT_EQ(stop(), accepted());
         // A slow host lets frames pass by that fill the log; nothing is asked of it here.
         win32::reset();
         EXPECT_EQ(copied, 51U);
         return allocations;
     }
-    CVideoChannel& channelOf(const std::string& rig) {
-        loadRig(rig);
-        return makeChannel();
+    // Of the camera of this rig.
+    std::uint64_t overFrames(const std::string& rig) {
+        open(rig);
+        return overFrames(32);
     }
 };
 
@@ -58,31 +58,30 @@ TEST_F(Allocation, IsCounted) {
 }
 
 TEST_F(Allocation, DoesNotHappenForAGreyFrame) {
-    EXPECT_EQ(overFrames(channelOf(rigs::grey()), 32), 0U);
+    EXPECT_EQ(overFrames(rigs::grey()), 0U);
 }
 
 TEST_F(Allocation, DoesNotHappenForAMovedRawFrame) {
-    EXPECT_EQ(overFrames(channelOf(rigs::raw()), 32), 0U);
+    EXPECT_EQ(overFrames(rigs::raw()), 0U);
 }
 
 TEST_F(Allocation, DoesNotHappenForAnAlignedRawFrame) {
-    EXPECT_EQ(overFrames(channelOf(rigs::raw("model = \"QRM 52XAV07\"")), 32), 0U);
+    EXPECT_EQ(overFrames(rigs::raw("model = \"QRM 52XAV07\"")), 0U);
 }
 
 TEST_F(Allocation, DoesNotHappenForARebuiltRawFrame) {
-    EXPECT_EQ(overFrames(channelOf(rigs::color()), 32), 0U);
+    EXPECT_EQ(overFrames(rigs::color()), 0U);
 }
 
 TEST_F(Allocation, DoesNotHappenForAColorFrame) {
-    CVideoChannel& channel = channelOf(rigs::color());
-    ASSERT_EQ(setProperty(channel, "pixelformat", "RGB24"), "");
-    EXPECT_EQ(overFrames(channel, 96), 0U);
+    open(rigs::color());
+    ASSERT_EQ(set("pixelformat", "RGB24"), accepted());
+    EXPECT_EQ(overFrames(96), 0U);
 }
 
 TEST_F(Allocation, DoesNotHappenForAFrameThatNobodyWaitsFor) {
-    CVideoChannel& channel = channelOf(rigs::grey());
-    start(channel);
-    EXPECT_EQ(virtualCamerasDeliverFrame("1A2B"), 1);
+    openLive();
+    deliver();
     counted_new::start();
     for (int i = 0; i < 50; ++i) {
         virtualCamerasDeliverFrame("1A2B");
@@ -91,14 +90,13 @@ TEST_F(Allocation, DoesNotHappenForAFrameThatNobodyWaitsFor) {
 }
 
 TEST_F(Allocation, OfASettingIsTheLibrarysAlone) {
-    loadRig(rigs::grey(rigs::range("Contrast adjustment", 0, 255, 51)));
-    CVideoChannel& channel = makeChannel();
+    open(rigs::grey(rigs::range("Contrast adjustment", 0, 255, 51)));
     const auto calls = [&](const char* key, const char* value) {
         CHostText message;
         CHostText read;
         counted_new::start();
-        channel.SetPropertyValue(message, key, value);
-        channel.GetPropertyValue(message, key, read);
+        channel().SetPropertyValue(message, key, value);
+        channel().GetPropertyValue(message, key, read);
         return counted_new::stop();
     };
     // The virtual camera itself is part of the program here: what it makes is its own.

@@ -4,22 +4,19 @@
 
 namespace {
 
+using ::testing::ElementsAre;
+
 class FailingStartUp : public CStartUpTest {};
 
 TEST_F(FailingStartUp, ReportsACameraThatThrowsATextAndGivesItsIndexToTheNext) {
     loadRig(rigs::camera("Broken", "1", "\"Y800 (8x4)\"",
                          "model = \"SIM Broken 1\"\nopen = \"throw\"") +
             rigs::grey());
-    HostRecord host;
-    ASSERT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
-    EXPECT_STREQ(host.record.deviceName, "SIM Mono 23");
-    EXPECT_EQ(GetVideoChannel(nullptr, 1, &host.record), 1);
-    const auto boxes = win32::messageBoxes();
-    ASSERT_EQ(boxes.size(), 1U);
-    EXPECT_EQ(boxes[0].owner, nullptr);
-    EXPECT_EQ(boxes[0].text, "Failed to initialize device SIM Broken 1");
-    EXPECT_EQ(boxes[0].caption, "Device Error");
-    EXPECT_EQ(boxes[0].type, 0x10U);
+    ASSERT_EQ(ask(), 0);
+    EXPECT_STREQ(m_record.deviceName, "SIM Mono 23");
+    EXPECT_EQ(ask(1), 1);
+    EXPECT_THAT(win32::messageBoxes(), ElementsAre(isBox("Failed to initialize device SIM Broken 1",
+                                                         "Device Error", 0x10)));
     EXPECT_EQ(alive().grabbers, 1U);
     EXPECT_EQ(alive().items, 0U);
 }
@@ -36,10 +33,9 @@ TEST_F(FailingStartUp, GoesOnAfterACameraInTheMiddleThatThrows) {
 TEST_F(FailingStartUp, ListsNothingWhenEveryCameraThrows) {
     loadRig(rigs::camera("One", "1", "\"Y800 (8x4)\"", "open = \"throw\"") +
             rigs::camera("Two", "2", "\"Y800 (8x4)\"", "open = \"throw\""));
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
+    EXPECT_EQ(ask(), 1);
     EXPECT_EQ(win32::messageBoxes().size(), 2U);
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
+    EXPECT_EQ(ask(), 1);
     EXPECT_EQ(win32::messageBoxes().size(), 2U);
     EXPECT_TRUE(channelRegistry().isInitialised());
     EXPECT_EQ(alive().grabbers, 0U);
@@ -64,7 +60,7 @@ TEST_F(FailingStartUp, CutsTheReportTo299Characters) {
 
 TEST_F(FailingStartUp, ReportsATextThrownAnywhereInTheConstruction) {
     loadRig(rigs::grey(rigs::range("Contrast", 0, 255, 51)));
-    virtualCamerasFailCall("Grabber::setSinkType", 1, 1, VIRTUAL_CAMERAS_FAIL_THROW, 0, "no");
+    throwFromCall("Grabber::setSinkType", "no");
     EXPECT_EQ(channelCount(), 0);
     EXPECT_EQ(win32::messageBoxes().size(), 1U);
     EXPECT_EQ(alive().grabbers, 0U);
@@ -72,34 +68,19 @@ TEST_F(FailingStartUp, ReportsATextThrownAnywhereInTheConstruction) {
 }
 
 TEST_F(FailingStartUp, LetsATextOutsideAConstructionPass) {
-    loadRig(rigs::grey());
-    virtualCamerasFailCall("Grabber::getAvailableVideoCaptureDevices_", 1, 1,
-                           VIRTUAL_CAMERAS_FAIL_THROW, 0, "The library is busy.");
-    HostRecord host;
-    try {
-        GetVideoChannel(nullptr, 0, &host.record);
-        FAIL() << "nothing was thrown";
-    } catch (char* text) {
-        EXPECT_STREQ(text, "The library is busy.");
-    }
-    EXPECT_TRUE(host.isUntouched());
+    throwFromCall("Grabber::getAvailableVideoCaptureDevices_", "The library is busy.");
+    EXPECT_EQ(thrownText([this] { ask(); }), "The library is busy.");
+    EXPECT_TRUE(isRecordUntouched());
     EXPECT_TRUE(win32::messageBoxes().empty());
     EXPECT_FALSE(channelRegistry().isInitialised());
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
+    EXPECT_EQ(ask(), 0);
 }
 
 TEST_F(FailingStartUp, LetsAFailingResultCodePassAndUndoesTheAttempt) {
     loadRig(rigs::color() + rigs::grey(rigs::range("Contrast", 0, 255, 51)));
-    virtualCamerasFailCall("IVCDRangeProperty::getRangeMax", 1, 1, VIRTUAL_CAMERAS_FAIL_CODE,
-                           static_cast<std::int32_t>(0x80070005), "");
-    HostRecord host;
-    try {
-        GetVideoChannel(nullptr, 0, &host.record);
-        FAIL() << "nothing was thrown";
-    } catch (std::int32_t code) {
-        EXPECT_EQ(code, static_cast<std::int32_t>(0x80070005));
-    }
-    EXPECT_TRUE(host.isUntouched());
+    failCall("IVCDRangeProperty::getRangeMax");
+    EXPECT_EQ(thrownCode([this] { ask(); }), -2147024891);
+    EXPECT_TRUE(isRecordUntouched());
     EXPECT_TRUE(win32::messageBoxes().empty());
     EXPECT_FALSE(channelRegistry().isInitialised());
     EXPECT_EQ(channelRegistry().size(), 0);
@@ -108,23 +89,20 @@ TEST_F(FailingStartUp, LetsAFailingResultCodePassAndUndoesTheAttempt) {
     EXPECT_EQ(alive().items, 0U);
 
     recordAll();
-    ASSERT_EQ(GetVideoChannel(nullptr, 1, &host.record), 0);
+    ASSERT_EQ(ask(1), 0);
     EXPECT_EQ(library_log::count("InitLibrary"), 0U) << "once per process";
     EXPECT_EQ(library_log::count("Grabber::openDev"), 2U);
     EXPECT_EQ(channelCount(), 2);
-    EXPECT_DOUBLE_EQ(host.record.contrast, 0.2);
+    EXPECT_DOUBLE_EQ(m_record.contrast, 0.2);
 }
 
 TEST_F(FailingStartUp, StartsTheLibraryAgainWhenAHostShutItDownAfterAFailedAttempt) {
-    loadRig(rigs::grey());
-    virtualCamerasFailCall("Grabber::getAvailableVideoCaptureDevices_", 1, 1,
-                           VIRTUAL_CAMERAS_FAIL_THROW, 0, "busy");
+    throwFromCall("Grabber::getAvailableVideoCaptureDevices_", "busy");
     EXPECT_ANY_THROW(GetVideoChannel(nullptr, 0, nullptr));
     channelRegistry().close(nullptr);
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
-    EXPECT_EQ(library_log::operations({"InitLibrary", "ExitLibrary"}),
-              (std::vector<std::string>{"InitLibrary", "ExitLibrary", "InitLibrary"}));
+    EXPECT_EQ(ask(), 0);
+    EXPECT_THAT(library_log::operations({"InitLibrary", "ExitLibrary"}),
+                ElementsAre("InitLibrary", "ExitLibrary", "InitLibrary"));
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 
 #include "tests/channel/host_states_table.h"
 #include "tests/support/channel_fixture.h"
-#include "tests/support/channel_rigs.h"
 
 namespace host_states {
 namespace {

@@ -5,50 +5,42 @@
 #include <mutex>
 #include <optional>
 
-#include "tests/support/channel_fixture.h"
-#include "tests/support/channel_rigs.h"
+#include "tests/support/one_channel.h"
 
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class LateFrame : public CChannelTest {
+class LateFrame : public CGreyCamera {
 protected:
-    void SetUp() override {
-        CChannelTest::SetUp();
-        loadRig(rigs::grey());
-    }
     void TearDown() override {
-        open();
-        m_delivery.reset();
-        CChannelTest::TearDown();
+        finishHandOver();
+        CGreyCamera::TearDown();
     }
 
     // Times a wait out with the delivery thread held in the middle of the hand-over.
-    WaitOutcome timeOutDuringHandOver(CVideoChannel& channel) {
+    Answer timeOutDuringHandOver() {
         win32::runInside("OutputDebugStringW", [this] {
             if (win32::debuggerTexts().back() == "FrameReady: ok\n") {
                 hold();
             }
         });
         win32::runInside("WaitForSingleObject", [this] {
-            m_delivery.emplace([] { EXPECT_EQ(virtualCamerasDeliverFrame("1A2B"), 1); });
+            m_delivery.emplace([this] { deliver(); });
             std::unique_lock lock(m_mutex);
             m_changed.wait(lock, [this] { return m_held; });
         });
-        win32::injectResults("WaitForSingleObject", {WAIT_TIMEOUT});
-        const WaitOutcome outcome = waitFrame(channel);
+        const Answer answer = waitInVain();
         win32::runInside("WaitForSingleObject", {});
-        return outcome;
-    }
-    void open() {
-        const std::lock_guard guard(m_mutex);
-        m_open = true;
-        m_changed.notify_all();
+        return answer;
     }
     void finishHandOver() {
-        open();
+        {
+            const std::lock_guard guard(m_mutex);
+            m_open = true;
+            m_changed.notify_all();
+        }
         m_delivery.reset();
     }
 
@@ -68,67 +60,53 @@ private:
 };
 
 TEST_F(LateFrame, CanNotBeCopiedBeforeTheNextWait) {
-    CVideoChannel& channel = makeChannel();
-    start(channel);
-    EXPECT_EQ(timeOutDuringHandOver(channel).status, 4096U);
+    openLive();
+    EXPECT_EQ(timeOutDuringHandOver(), noFrame());
     recordAll();
-    CHostMemory frame(32);
-    EXPECT_EQ(copyFrame(channel, frame), 4096U);
-    EXPECT_TRUE(frame.isUntouched());
+    expectNoFrame();
     EXPECT_THAT(library_log::lines(), IsEmpty());
 }
 
 TEST_F(LateFrame, LeavesAnEarlierBufferToTheDeliveryThread) {
-    CVideoChannel& channel = makeChannel();
-    start(channel);
-    ASSERT_EQ(waitForDelivery(channel, "1A2B").status, 0U);
-    EXPECT_EQ(timeOutDuringHandOver(channel).status, 4096U);
+    openLive();
+    ASSERT_EQ(waitForDelivery(), done());
+    EXPECT_EQ(timeOutDuringHandOver(), noFrame());
     library_log::record();
-    CHostMemory frame(32);
-    EXPECT_EQ(copyFrame(channel, frame), 4096U);
-    EXPECT_EQ(channel.StartAcquisition(nullptr), 1);
+    expectNoFrame();
+    EXPECT_EQ(channel().StartAcquisition(nullptr), 1);
     EXPECT_THAT(library_log::operations({"MemBuffer::"}), IsEmpty());
     finishHandOver();
     EXPECT_THAT(library_log::lines({"MemBuffer::"}),
                 ElementsAre("MemBuffer::unlock(0)", "MemBuffer::lock(1)"));
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
 }
 
 TEST_F(LateFrame, EndsTheNextWaitAtOnce) {
-    CVideoChannel& channel = makeChannel();
-    start(channel);
-    EXPECT_EQ(timeOutDuringHandOver(channel).status, 4096U);
-    CHostMemory frame(32);
-    EXPECT_EQ(copyFrame(channel, frame), 4096U);
+    openLive();
+    EXPECT_EQ(timeOutDuringHandOver(), noFrame());
+    expectNoFrame();
     finishHandOver();
-    EXPECT_EQ(waitFrame(channel).status, 0U);
-    EXPECT_EQ(copyFrame(channel, frame), 0U);
-    EXPECT_EQ(frame[4], 0xC1);
-    EXPECT_EQ(virtualCamerasBufferLocks("1A2B", 0), 0);
+    EXPECT_EQ(wait(), done());
+    EXPECT_EQ(copiedFrame()[4], 0xC1);
+    EXPECT_EQ(lockedBuffers(), 0);
 }
 
 TEST_F(LateFrame, EndsANextWaitThatHasBegunAlready) {
-    CVideoChannel& channel = makeChannel();
-    start(channel);
-    EXPECT_EQ(timeOutDuringHandOver(channel).status, 4096U);
-    const WaitOutcome outcome = waitWhile(channel, [this] { finishHandOver(); });
-    EXPECT_EQ(outcome.status, 0U);
-    CHostMemory frame(32);
-    EXPECT_EQ(copyFrame(channel, frame), 0U);
-    EXPECT_EQ(frame[4], 0xC1);
+    openLive();
+    EXPECT_EQ(timeOutDuringHandOver(), noFrame());
+    EXPECT_EQ(waitWhile([this] { finishHandOver(); }), done());
+    EXPECT_EQ(copiedFrame()[4], 0xC1);
 }
 
 TEST_F(LateFrame, IsForgottenByAStop) {
-    CVideoChannel& channel = makeChannel();
-    start(channel);
-    EXPECT_EQ(timeOutDuringHandOver(channel).status, 4096U);
+    openLive();
+    EXPECT_EQ(timeOutDuringHandOver(), noFrame());
     finishHandOver();
-    stop(channel);
-    CHostMemory frame(32);
-    EXPECT_EQ(copyFrame(channel, frame), 4096U);
-    start(channel);
-    EXPECT_EQ(waitInVain(channel).status, 4096U);
-    EXPECT_EQ(virtualCamerasBufferLocks("1A2B", 0), 0);
+    EXPECT_EQ(stop(), accepted());
+    expectNoFrame();
+    EXPECT_EQ(start(), accepted());
+    EXPECT_EQ(waitInVain(), noFrame());
+    EXPECT_EQ(lockedBuffers(), 0);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include "adapter/channel_registry.h"
 #include "adapter/delay_load.h"
 #include "tests/channel/start_up_fixture.h"
-#include "tests/support/channel_rigs.h"
 
 namespace {
 
@@ -47,24 +46,19 @@ protected:
 };
 
 TEST_F(LibraryFile, IsLoadedOnceHoweverOftenTheListingFails) {
-    loadRig(rigs::grey());
-    virtualCamerasFailCall("Grabber::getAvailableVideoCaptureDevices_", 1, 3,
-                           VIRTUAL_CAMERAS_FAIL_THROW, 0, "busy");
+    throwFromCall("Grabber::getAvailableVideoCaptureDevices_", "busy", 1, 3);
     for (int attempt = 0; attempt < 3; ++attempt) {
         EXPECT_ANY_THROW(GetVideoChannel(nullptr, 0, nullptr));
     }
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
+    EXPECT_EQ(ask(), 0);
     EXPECT_EQ(win32::callsOf("LoadLibraryExW").size(), 1U);
     EXPECT_THAT(win32::callsOf("FreeLibrary"), IsEmpty());
 }
 
 TEST_F(LibraryFile, IsNoneThatStandsInAnotherFolder) {
-    loadRig(rigs::grey());
     win32::setFiles({L"C:\\adapter\\ORV_CAPLB11_old.dll", L"C:\\host\\ORV_CAPLB11_x64.dll",
                      L"ORV_CAPLB11_x64.dll"});
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
+    EXPECT_EQ(ask(), 1);
     EXPECT_EQ(win32::messageBoxes().size(), 1U);
     EXPECT_THAT(win32Calls({"LoadLibraryExW"}),
                 ElementsAre("LoadLibraryExW(C:\\adapter\\ORV_CAPLB11_x64.dll, null, 8)"));

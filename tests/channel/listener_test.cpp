@@ -7,7 +7,6 @@
 #include <thread>
 
 #include "tests/support/channel_fixture.h"
-#include "tests/support/channel_rigs.h"
 #include "virtual_cameras/live/buffers.h"
 
 namespace {
@@ -17,11 +16,10 @@ using ::testing::IsEmpty;
 
 // A listener that this test calls in the place of the library, with the buffers
 // of a real sink.
-class Listener : public CChannelTest {
+class Listener : public CWithGreyCamera<CChannelTest> {
 protected:
     void SetUp() override {
-        CChannelTest::SetUp();
-        loadRig(rigs::grey());
+        CWithGreyCamera::SetUp();
         startLibrary();
         m_grabber = std::make_unique<DShowLib::Grabber>();
         ASSERT_TRUE(m_grabber->openDev(device()));
@@ -41,7 +39,7 @@ protected:
         m_sink = {};
         m_grabber.reset();
         CloseHandle(m_event);
-        CChannelTest::TearDown();
+        CWithGreyCamera::TearDown();
     }
 
     void deliver(CListener& listener, ULONG index) {
@@ -194,7 +192,7 @@ TEST_F(Listener, TakesAFrameWithoutABuffer) {
 
 TEST_F(Listener, GivesTheBufferBackWhenTheLockThrows) {
     CListener listener;
-    virtualCamerasFailCall("MemBuffer::lock", 1, 1, VIRTUAL_CAMERAS_FAIL_THROW, 0, "no");
+    throwFromCall("MemBuffer::lock", "no");
     listener.beginWait(m_event);
     EXPECT_ANY_THROW(deliver(listener, 0));
     EXPECT_FALSE(listener.isHandingOver());

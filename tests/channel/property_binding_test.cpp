@@ -33,18 +33,6 @@ Auto.switch = true
 "One Push".button = true
 )toml");
 
-class COpenGrabber {
-public:
-    explicit COpenGrabber(const std::string& rig) {
-        CPropertyTest::loadRig(rig);
-        EXPECT_TRUE(m_grabber.openDev(CPropertyTest::device(0)));
-    }
-    DShowLib::Grabber& get() { return m_grabber; }
-
-private:
-    DShowLib::Grabber m_grabber;
-};
-
 // What an unbound setting answers to every text operation.
 template <class Property>
 void expectUnavailable(Property& property) {
@@ -91,10 +79,10 @@ const std::vector<std::string_view> bindingCalls = {
 
 TEST_F(PropertyBinding, OfAValueFindsItemAutomaticAndElementByTheirIdentifiers) {
     COpenGrabber grabber(full);
-    virtualCamerasRecordCalls(1);
+    library_log::record();
     const CVCDPropertyValue property(brightnessItem, "some name", grabber.get(), valueElement);
     EXPECT_TRUE(property.isBound());
-    EXPECT_THAT(libraryCalls(bindingCalls),
+    EXPECT_THAT(library_log::invocations(bindingCalls),
                 ElementsAre("Grabber::getAvailableVCDProperties()",
                             "IVCDPropertyItems::findItem({284C0E06-010B-45BF-8291-09D90A459B28})",
                             "IVCDPropertyItem::findElement(Brightness,"
@@ -109,10 +97,10 @@ TEST_F(PropertyBinding, OfAValueFindsItemAutomaticAndElementByTheirIdentifiers) 
 
 TEST_F(PropertyBinding, OfAnAbsoluteValueDoesTheSame) {
     COpenGrabber grabber(full);
-    virtualCamerasRecordCalls(1);
+    library_log::record();
     const CVCDPropertyAbsValue property(brightnessItem, "some name", grabber.get(), valueElement);
     EXPECT_TRUE(property.isBound());
-    EXPECT_THAT(libraryCalls({"IVCDPropertyElement::QueryInterface"}),
+    EXPECT_THAT(library_log::invocations({"IVCDPropertyElement::QueryInterface"}),
                 ElementsAre("IVCDPropertyElement::QueryInterface(Brightness,Auto,"
                             "{99B44940-BFE1-4083-ADA1-BE703F4B8E04})",
                             "IVCDPropertyElement::QueryInterface(Brightness,Value,"
@@ -121,18 +109,18 @@ TEST_F(PropertyBinding, OfAnAbsoluteValueDoesTheSame) {
 
 TEST_F(PropertyBinding, OfASwitchAndOfTextsLooksForNoAutomatic) {
     COpenGrabber grabber(full);
-    virtualCamerasRecordCalls(1);
+    library_log::record();
     const CVCDPropertyAuto automatic(brightnessItem, "some name", grabber.get(), autoElement);
-    EXPECT_THAT(libraryCalls(bindingCalls),
+    EXPECT_THAT(library_log::invocations(bindingCalls),
                 ElementsAre("Grabber::getAvailableVCDProperties()",
                             "IVCDPropertyItems::findItem({284C0E06-010B-45BF-8291-09D90A459B28})",
                             "IVCDPropertyItem::findElement(Brightness,"
                             "{B57D3001-0AC6-4819-A609-272A33140ACA})",
                             "IVCDPropertyElement::QueryInterface(Brightness,Auto,"
                             "{99B44940-BFE1-4083-ADA1-BE703F4B8E04})"));
-    virtualCamerasRecordCalls(1);
+    library_log::record();
     const CVCDPropertyMapString texts(brightnessItem, "some name", grabber.get(), valueElement);
-    EXPECT_THAT(libraryCalls(bindingCalls),
+    EXPECT_THAT(library_log::invocations(bindingCalls),
                 ElementsAre("Grabber::getAvailableVCDProperties()",
                             "IVCDPropertyItems::findItem({284C0E06-010B-45BF-8291-09D90A459B28})",
                             "IVCDPropertyItem::findElement(Brightness,"
@@ -143,9 +131,9 @@ TEST_F(PropertyBinding, OfASwitchAndOfTextsLooksForNoAutomatic) {
 
 TEST_F(PropertyBinding, OfACommandFindsTheAutomaticThenTheOnePush) {
     COpenGrabber grabber(full);
-    virtualCamerasRecordCalls(1);
+    library_log::record();
     const CExecuteOnePush command(brightnessItem, "some name", grabber.get());
-    EXPECT_THAT(libraryCalls(bindingCalls),
+    EXPECT_THAT(library_log::invocations(bindingCalls),
                 ElementsAre("Grabber::getAvailableVCDProperties()",
                             "IVCDPropertyItems::findItem({284C0E06-010B-45BF-8291-09D90A459B28})",
                             "IVCDPropertyItem::findElement(Brightness,"
@@ -161,9 +149,9 @@ TEST_F(PropertyBinding, OfACommandFindsTheAutomaticThenTheOnePush) {
 TEST_F(PropertyBinding, WithoutADeviceStopsAtTheCollection) {
     loadRig(full);
     DShowLib::Grabber grabber;
-    virtualCamerasRecordCalls(1);
+    library_log::record();
     expectAllUnavailable(grabber, brightnessItem, valueElement);
-    EXPECT_THAT(libraryCalls({"IVCDPropertyItems::findItem"}), IsEmpty());
+    EXPECT_THAT(library_log::invocations({"IVCDPropertyItems::findItem"}), IsEmpty());
 }
 
 TEST_F(PropertyBinding, WithoutACollectionStopsThere) {
@@ -175,9 +163,9 @@ TEST_F(PropertyBinding, WithoutACollectionStopsThere) {
 
 TEST_F(PropertyBinding, WithoutTheItemStopsThere) {
     COpenGrabber grabber(full);
-    virtualCamerasRecordCalls(1);
+    library_log::record();
     expectAllUnavailable(grabber.get(), contrastItem, valueElement);
-    EXPECT_THAT(libraryCalls({"IVCDPropertyItem::findElement"}), IsEmpty());
+    EXPECT_THAT(library_log::invocations({"IVCDPropertyItem::findElement"}), IsEmpty());
     CExecuteOnePush command(contrastItem, "some name", grabber.get());
     expectUnavailable(command);
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the classes of settings and commands are to each other, how long their
 // objects live, and that they call nothing of the library but what it promises.
-#include <set>
 #include <type_traits>
 
 #include "properties/camera_features.h"
@@ -9,6 +8,7 @@
 #include "properties/device_formats.h"
 #include "properties/executables.h"
 #include "properties/process_store.h"
+#include "tests/channel/promised_calls.h"
 #include "tests/support/property_host.h"
 
 namespace property_tests {
@@ -53,113 +53,6 @@ TEST_F(PropertyClasses, MakeObjectsThatOutliveTheirChannel) {
     EXPECT_EQ(processStore().size(), before + 6);
 }
 
-// All operations of the library that the adapter may call.
-const std::set<std::string>& promised() {
-    static const std::set<std::string> operations = {"InitLibrary",
-                                                     "ExitLibrary",
-                                                     "Grabber::Grabber",
-                                                     "Grabber::~Grabber",
-                                                     "Grabber::getAvailableVideoCaptureDevices_",
-                                                     "Grabber::openDev",
-                                                     "Grabber::closeDev",
-                                                     "Grabber::isDevValid",
-                                                     "Grabber::getDev",
-                                                     "Grabber::addListener",
-                                                     "Grabber::setOverlayBitmapPathPosition",
-                                                     "Grabber::getAcqSizeMaxX",
-                                                     "Grabber::getAcqSizeMaxY",
-                                                     "Grabber::startLive",
-                                                     "Grabber::stopLive",
-                                                     "Grabber::isLive",
-                                                     "Grabber::getLastError",
-                                                     "Grabber::setSinkType",
-                                                     "Grabber::getVideoFormat",
-                                                     "Grabber::setVideoFormat",
-                                                     "Grabber::getAvailableVideoFormats_",
-                                                     "Grabber::getVideoNorm",
-                                                     "Grabber::setVideoNorm",
-                                                     "Grabber::getAvailableVideoNorms_",
-                                                     "Grabber::getInputChannel",
-                                                     "Grabber::setInputChannel",
-                                                     "Grabber::getAvailableInputChannels_",
-                                                     "Grabber::isInputChannelAvailableWithCurDev",
-                                                     "Grabber::getFPS",
-                                                     "Grabber::setFPS",
-                                                     "Grabber::getAvailableFPS_",
-                                                     "Grabber::isFrameRateListAvailable",
-                                                     "Grabber::getAvailableVCDProperties",
-                                                     "Grabber::showVCDPropertyPage",
-                                                     "VideoCaptureDeviceItem::c_str",
-                                                     "VideoCaptureDeviceItem::getFriendlyName_",
-                                                     "VideoCaptureDeviceItem::getSerialNumber",
-                                                     "VideoFormatItem::c_str",
-                                                     "VideoFormatItem::toString_",
-                                                     "VideoNormItem::c_str",
-                                                     "AnalogChannelItem::c_str",
-                                                     "AnalogChannelItem::toString_",
-                                                     "Error::c_str",
-                                                     "FrameHandlerSink::create",
-                                                     "FrameHandlerSink::~FrameHandlerSink",
-                                                     "FrameHandlerSink::setSnapMode",
-                                                     "FrameHandlerSink::getOutputFrameType",
-                                                     "FrameHandlerSink::getMemBufferCollection",
-                                                     "MemBufferCollection::getBufferCount",
-                                                     "MemBufferCollection::operator[]",
-                                                     "MemBuffer::lock",
-                                                     "MemBuffer::unlock",
-                                                     "MemBuffer::getData",
-                                                     "MemBuffer::getSize",
-                                                     "GrabberListener::frameReady",
-                                                     "IVCDPropertyItems::getCount",
-                                                     "IVCDPropertyItems::getItem",
-                                                     "IVCDPropertyItems::findItem",
-                                                     "IVCDPropertyItem::getName",
-                                                     "IVCDPropertyItem::getItemID",
-                                                     "IVCDPropertyItem::getCount",
-                                                     "IVCDPropertyItem::getItem",
-                                                     "IVCDPropertyItem::findElement",
-                                                     "IVCDPropertyElement::getName",
-                                                     "IVCDPropertyElement::getElementID",
-                                                     "IVCDPropertyElement::getCount",
-                                                     "IVCDPropertyElement::getItem",
-                                                     "IVCDPropertyElement::QueryInterface",
-                                                     "IVCDPropertyInterface::getInterfaceID",
-                                                     "IVCDRangeProperty::getInterfaceID",
-                                                     "IVCDRangeProperty::getValue",
-                                                     "IVCDRangeProperty::setValue",
-                                                     "IVCDRangeProperty::getRangeMin",
-                                                     "IVCDRangeProperty::getRangeMax",
-                                                     "IVCDAbsoluteValueProperty::getInterfaceID",
-                                                     "IVCDAbsoluteValueProperty::getValue",
-                                                     "IVCDAbsoluteValueProperty::setValue",
-                                                     "IVCDAbsoluteValueProperty::getRangeMin",
-                                                     "IVCDAbsoluteValueProperty::getRangeMax",
-                                                     "IVCDSwitchProperty::getInterfaceID",
-                                                     "IVCDSwitchProperty::getSwitch",
-                                                     "IVCDSwitchProperty::setSwitch",
-                                                     "IVCDButtonProperty::getInterfaceID",
-                                                     "IVCDButtonProperty::push",
-                                                     "IVCDMapStringsProperty::getInterfaceID",
-                                                     "IVCDMapStringsProperty::getStrings",
-                                                     "IVCDMapStringsProperty::getString",
-                                                     "IVCDMapStringsProperty::setString",
-                                                     "IVCDTexts::getCount",
-                                                     "IVCDTexts::getItem"};
-    return operations;
-}
-
-// Names in the log that the library does not promise.
-std::set<std::string> otherCalls() {
-    std::set<std::string> others;
-    VirtualCamerasCall call{};
-    for (std::uint64_t i = 0; virtualCamerasGetCall(i, &call) != 0; ++i) {
-        if (!promised().contains(call.operation)) {
-            others.insert(call.operation);
-        }
-    }
-    return others;
-}
-
 class StandardCameraCalls : public CPropertyTest, public testing::WithParamInterface<int> {};
 
 TEST_P(StandardCameraCalls, AreAmongThosePromised) {
@@ -174,11 +67,11 @@ TEST_P(StandardCameraCalls, AreAmongThosePromised) {
     for (const std::string& command : host.list("execute_")) {
         host.execute(command);
     }
-    EXPECT_EQ(host.apply(CameraParameterBlock{}), accepted());
+    EXPECT_EQ(host.parameters(CameraParameterBlock{}), accepted());
     EXPECT_EQ(host.start(), accepted());
     EXPECT_EQ(host.stop(), accepted());
     EXPECT_GT(virtualCamerasCallCount(), 100U);
-    EXPECT_THAT(otherCalls(), IsEmpty());
+    EXPECT_THAT(callsBeyondThosePromised(), IsEmpty());
 }
 
 TEST_P(StandardCameraCalls, LeaveNothingOfTheLibraryBehind) {
@@ -206,7 +99,7 @@ TEST_P(StandardCameraCalls, LeaveNothingOfTheLibraryBehind) {
         host.execute(command);
         expectAsBefore(command);
     }
-    host.apply(CameraParameterBlock{});
+    host.parameters(CameraParameterBlock{});
     expectAsBefore("parameters");
 }
 

@@ -32,10 +32,6 @@ Mode.strings = { choices = ["Edge", "Level"], value = "Edge" }
 
 const std::vector<std::int32_t> codes = {-2147467259, -2147024891, -1};
 
-void failWith(const char* operation, std::int32_t code, std::uint32_t nth = 1) {
-    virtualCamerasFailCall(operation, nth, 1, VIRTUAL_CAMERAS_FAIL_CODE, code, "");
-}
-
 struct Call {
     const char* operation;
     const char* key;
@@ -55,7 +51,7 @@ TEST_F(FailingCodes, LeaveAGetAsTheyAre) {
     const std::uint32_t interfaces = alive().interfaces;
     for (const Call& call : calls) {
         for (const std::int32_t code : codes) {
-            failWith(call.operation, code);
+            failCallWith(code, call.operation);
             const CMemoryBalance balance;
             CHostText message;
             CHostText value;
@@ -99,7 +95,7 @@ TEST_F(FailingCodes, MakeASetAnUnknownProperty) {
     const std::uint32_t interfaces = alive().interfaces;
     for (const SetCall& call : calls) {
         for (const std::int32_t code : codes) {
-            failWith(call.operation, code, call.nth);
+            failCallWith(code, call.operation, call.nth);
             EXPECT_EQ(host.set(call.key, call.value),
                       refused("Unknown property \"" + std::string(call.key) + "\""))
                 << call.operation;
@@ -124,7 +120,7 @@ TEST_F(FailingCodes, LeaveACommandAsTheyAre) {
     CPropertyHost host(full);
     for (const char* operation : {"IVCDSwitchProperty::getSwitch", "IVCDButtonProperty::push"}) {
         for (const std::int32_t code : codes) {
-            failWith(operation, code);
+            failCallWith(code, operation);
             const CMemoryBalance balance;
             CHostText message;
             EXPECT_EQ(
@@ -171,7 +167,7 @@ TEST_F(FailingCodes, LeaveTheParameterBlockAsTheyAre) {
         for (const std::int32_t code : codes) {
             virtualCamerasClearFailures();
             ASSERT_EQ(host.set("trigger enable switch", "false"), accepted());
-            failWith(call.operation, code, call.nth);
+            failCallWith(code, call.operation, call.nth);
             host.forgetCalls();
             const CMemoryBalance balance;
             CHostText message;
@@ -190,7 +186,7 @@ TEST_F(FailingCodes, OfTheTriggersModeLeaveTheCameraLive) {
     ASSERT_EQ(host.start(), accepted());
     CameraParameterBlock parameters{};
     parameters.triggerEnable = 1;
-    failWith("IVCDSwitchProperty::setSwitch", -1, 2);
+    failCallWith(-1, "IVCDSwitchProperty::setSwitch", 2);
     CHostText message;
     EXPECT_EQ(thrownCode([&] { host.channel().SetCameraParameters(message, &parameters); }), -1);
     EXPECT_EQ(alive().liveDevices, 1U);
@@ -210,7 +206,7 @@ TEST_F(FailingCodes, OfTheTableBuildLeaveTheConstruction) {
         for (const std::int32_t code : codes) {
             loadRig(full);
             const VirtualCamerasAlive before = alive();
-            failWith(operation, code);
+            failCallWith(code, operation);
             EXPECT_EQ(thrownCode([] { const CPropertyHost host; }), code) << operation;
             virtualCamerasClearFailures();
             // Nothing of the half-made channel is left but the pixel format, which
@@ -231,7 +227,7 @@ TEST_F(FailingCodes, OfTheFirstReadingLeaveNoReference) {
         const std::uint32_t interfaces = alive().interfaces;
         const CMemoryBalance balance;
         // The first call of its kind: no setting is made yet.
-        failWith(operation, -1);
+        failCallWith(-1, operation);
         EXPECT_EQ(thrownCode([] { const CPropertyHost host; }), -1) << operation;
         EXPECT_EQ(alive().interfaces, interfaces) << operation;
     }
@@ -241,7 +237,7 @@ TEST_F(FailingCodes, HalfwayThroughTheTableLeaveOnlyTheSettingsMade) {
     loadRig(full);
     const std::uint32_t before = alive().interfaces;
     // Contrast has its value and two limits by then, each with the automatic.
-    failWith("IVCDPropertyElement::getItem", -1, 2);
+    failCallWith(-1, "IVCDPropertyElement::getItem", 2);
     EXPECT_EQ(thrownCode([] { const CPropertyHost host; }), -1);
     EXPECT_EQ(references("Contrast", "Value", "IVCDRangeProperty"), 3);
     EXPECT_EQ(references("Contrast", "Auto", "IVCDSwitchProperty"), 3);
@@ -260,9 +256,9 @@ TEST_F(FailingCodes, OfBindingAreNoFailureOfTheConstruction) {
 
 TEST_F(FailingCodes, ThatAreNotNegativeAreSuccess) {
     CPropertyHost host(full);
-    failWith("IVCDRangeProperty::setValue", 1);
+    failCallWith(1, "IVCDRangeProperty::setValue");
     EXPECT_EQ(host.set("contrast value range", "7"), accepted());
-    failWith("IVCDButtonProperty::push", 1);
+    failCallWith(1, "IVCDButtonProperty::push");
     EXPECT_EQ(host.execute("exposure one push"), accepted());
 }
 

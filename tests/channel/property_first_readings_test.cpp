@@ -76,9 +76,9 @@ Value.range = { min = 0, max = 10, value = 5 }
 name = "Contrast"
 Value.range = { min = 0, max = 10, value = 5 }
 )toml"));
-    EXPECT_THAT(libraryCalls({"Grabber::isInputChannelAvailableWithCurDev",
-                              "IVCDRangeProperty::getRangeMin", "IVCDRangeProperty::getValue",
-                              "IVCDAbsoluteValueProperty::getValue"}),
+    EXPECT_THAT(library_log::invocations(
+                    {"Grabber::isInputChannelAvailableWithCurDev", "IVCDRangeProperty::getRangeMin",
+                     "IVCDRangeProperty::getValue", "IVCDAbsoluteValueProperty::getValue"}),
                 ElementsAre("Grabber::isInputChannelAvailableWithCurDev()",
                             "IVCDRangeProperty::getRangeMin(Contrast,Value)",
                             "IVCDRangeProperty::getValue(Contrast,Value)",
@@ -129,11 +129,12 @@ Value.range = { min = 0, max = 10, value = 5 }
 
 TEST_F(FirstReadings, ReadMinimumMaximumAndValueAndGiveTheRangeBack) {
     CPropertyHost host(range("Contrast", "min = 0, max = 255, value = 51"));
-    EXPECT_THAT(libraryCalls({"IVCDRangeProperty::getRangeMin", "IVCDRangeProperty::getRangeMax",
-                              "IVCDRangeProperty::getValue"}),
-                ElementsAre("IVCDRangeProperty::getRangeMin(Contrast,Value)",
-                            "IVCDRangeProperty::getRangeMax(Contrast,Value)",
-                            "IVCDRangeProperty::getValue(Contrast,Value)"));
+    EXPECT_THAT(
+        library_log::invocations({"IVCDRangeProperty::getRangeMin",
+                                  "IVCDRangeProperty::getRangeMax", "IVCDRangeProperty::getValue"}),
+        ElementsAre("IVCDRangeProperty::getRangeMin(Contrast,Value)",
+                    "IVCDRangeProperty::getRangeMax(Contrast,Value)",
+                    "IVCDRangeProperty::getValue(Contrast,Value)"));
     EXPECT_EQ(references("Contrast", "Value", "IVCDRangeProperty"), 3);
 }
 
@@ -170,10 +171,10 @@ Auto.switch = true
     EXPECT_EQ(host.channel().exposure(), 0.5);
     EXPECT_EQ(host.get("exposure auto switch"), accepted("false"));
     EXPECT_EQ(host.get("exposure value switch"), accepted("true"));
-    EXPECT_THAT(
-        libraryCalls({"IVCDSwitchProperty::setSwitch", "IVCDAbsoluteValueProperty::getValue"}),
-        ElementsAre("IVCDSwitchProperty::setSwitch(Exposure,Auto,0)",
-                    "IVCDAbsoluteValueProperty::getValue(Exposure,Value)"));
+    EXPECT_THAT(library_log::invocations(
+                    {"IVCDSwitchProperty::setSwitch", "IVCDAbsoluteValueProperty::getValue"}),
+                ElementsAre("IVCDSwitchProperty::setSwitch(Exposure,Auto,0)",
+                            "IVCDAbsoluteValueProperty::getValue(Exposure,Value)"));
 }
 
 TEST_F(FirstReadings, WithoutAnAbsoluteExposureKeepTheAutomatic) {
@@ -286,7 +287,7 @@ TEST_F(FirstReadings, WithoutASerialNumberSaySo) {
 
 TEST_F(FirstReadings, AskTheOpenDeviceForItsSerialNumber) {
     CPropertyHost host(camera(""));
-    const std::vector<std::string> calls = libraryCalls(
+    const std::vector<std::string> calls = library_log::invocations(
         {"Grabber::getAcqSizeMaxY", "Grabber::getDev", "VideoCaptureDeviceItem::getSerialNumber",
          "Grabber::getAvailableVCDProperties"});
     const auto serial = std::find_if(calls.begin(), calls.end(), [](const std::string& call) {

@@ -205,11 +205,9 @@ formats = ["Y800 (3x3)"]
 }
 
 TEST_F(PropertyVideoFormatAt, FindsItsIndexFromTheThirteenthCharacterOfItsName) {
-    loadRig(three);
-    DShowLib::Grabber grabber;
-    ASSERT_TRUE(grabber.openDev(device(0)));
+    COpenGrabber grabber(three);
     const auto reads = [&grabber](const char* name) {
-        CPropertyVideoFormatAt property(name, grabber);
+        CPropertyVideoFormatAt property(name, grabber.get());
         CHostText message;
         CHostText value;
         EXPECT_EQ(property.getValue(message, value), 0);
@@ -230,10 +228,8 @@ TEST_F(PropertyVideoFormatAt, FindsItsIndexFromTheThirteenthCharacterOfItsName) 
 }
 
 TEST_F(PropertyVideoFormat, RaisesItsFlagOnlyForAFormatThatWasFound) {
-    loadRig(three);
-    DShowLib::Grabber grabber;
-    ASSERT_TRUE(grabber.openDev(device(0)));
-    CPropertyVideoFormat property("Video Format", grabber);
+    COpenGrabber grabber(three);
+    CPropertyVideoFormat property("Video Format", grabber.get());
     CHostText message;
     EXPECT_EQ(property.setValue(message, "other"), 1);
     EXPECT_FALSE(property.isChanged());

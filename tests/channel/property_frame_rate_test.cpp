@@ -19,7 +19,8 @@ constexpr const char* usualBounds = "The frame rate must be between 3.750000 and
 TEST_F(PropertyFrameRate, IsTheHighestWhenTheCameraOpens) {
     CPropertyHost host(rates("60.0, 30.0, 15.0, 3.75"));
     EXPECT_EQ(host.get("framerate"), accepted("60.000000"));
-    EXPECT_THAT(libraryCalls({"Grabber::setFPS"}), ElementsAre("Grabber::setFPS(10000)"));
+    EXPECT_THAT(library_log::invocations({"Grabber::setFPS"}),
+                ElementsAre("Grabber::setFPS(10000)"));
 }
 
 TEST_F(PropertyFrameRate, MayBeAnyRateWithinTheListsEnds) {
@@ -149,10 +150,8 @@ TEST_F(PropertyFrameRate, SaysWhenThereIsNoList) {
 }
 
 TEST_F(PropertyFrameRate, ThrowsOutOfRangeForAnEmptyList) {
-    loadRig(rates("3.75, 60.0"));
-    DShowLib::Grabber grabber;
-    ASSERT_TRUE(grabber.openDev(device(0)));
-    CPropertyFrameRate property("Frame Rate", grabber);
+    COpenGrabber grabber(rates("3.75, 60.0"));
+    CPropertyFrameRate property("Frame Rate", grabber.get());
     emptyCall("Grabber::getAvailableFPS_");
     CHostText message;
     EXPECT_EQ(outOfRangeText([&] { property.setValue(message, "30"); }),

@@ -125,10 +125,8 @@ TEST_F(PropertyVideoNorm, WithoutFormatsIsChangedAndThenUnknownToTheHost) {
 }
 
 TEST_F(PropertyVideoNorm, WithoutFormatsThrowsOutOfRange) {
-    loadRig(norms);
-    DShowLib::Grabber grabber;
-    ASSERT_TRUE(grabber.openDev(device(0)));
-    CPropertyVideoNorm property("Video Norm", grabber);
+    COpenGrabber grabber(norms);
+    CPropertyVideoNorm property("Video Norm", grabber.get());
     CHostText message;
     EXPECT_EQ(outOfRangeText([&] { property.setValue(message, "Void"); }),
               "invalid vector<T> subscript");
@@ -169,10 +167,8 @@ TEST_F(PropertyVideoNorm, CutsTheRefusalOfALongText) {
 }
 
 TEST_F(PropertyVideoNorm, KeepsItsFlagDown) {
-    loadRig(norms);
-    DShowLib::Grabber grabber;
-    ASSERT_TRUE(grabber.openDev(device(0)));
-    CPropertyVideoNorm property("Video Norm", grabber);
+    COpenGrabber grabber(norms);
+    CPropertyVideoNorm property("Video Norm", grabber.get());
     CHostText message;
     EXPECT_EQ(property.setValue(message, "NTSC_M"), 0);
     EXPECT_FALSE(property.isChanged());
@@ -210,11 +206,9 @@ TEST_F(PropertyVideoNorms, AreReadOnly) {
 
 // For a device without norms the registry makes no setting; the class still answers.
 TEST_F(PropertyVideoNorms, OfADeviceWithoutAnyAreEmptyAndNotSupported) {
-    loadRig(channels);
-    DShowLib::Grabber grabber;
-    ASSERT_TRUE(grabber.openDev(device(0)));
-    CPropertyVideoNorms list("Video Norms", grabber);
-    CPropertyVideoNorm norm("Video Norm", grabber);
+    COpenGrabber grabber(channels);
+    CPropertyVideoNorms list("Video Norms", grabber.get());
+    CPropertyVideoNorm norm("Video Norm", grabber.get());
     CHostText message;
     CHostText value;
     EXPECT_EQ(list.getValue(message, value), 0);

@@ -17,8 +17,7 @@ constexpr const char* unsupportedPurple =
 
 std::uint32_t pixelTypeOf(CPropertyHost& host) {
     ImageInfo image{};
-    CHostText message;
-    EXPECT_EQ(host.channel().GetImageInfo(message, &image, nullptr), 0);
+    EXPECT_EQ(host.imageInfo(&image), done());
     return image.pixelType;
 }
 

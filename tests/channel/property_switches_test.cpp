@@ -123,10 +123,8 @@ constexpr GUID autoElement = {
     0xB57D3001, 0x0AC6, 0x4819, {0xA6, 0x09, 0x27, 0x2A, 0x33, 0x14, 0x0A, 0xCA}};
 
 TEST_F(PropertySwitch, OffersItsStateAsABoolean) {
-    loadRig(camera("[[camera.item]]\nname = \"Brightness\"\nAuto.switch = true\n"));
-    DShowLib::Grabber grabber;
-    ASSERT_TRUE(grabber.openDev(device(0)));
-    CVCDPropertyAuto automatic(brightnessItem, "auto", grabber, autoElement);
+    COpenGrabber grabber(camera("[[camera.item]]\nname = \"Brightness\"\nAuto.switch = true\n"));
+    CVCDPropertyAuto automatic(brightnessItem, "auto", grabber.get(), autoElement);
     ASSERT_TRUE(automatic.isBound());
     EXPECT_TRUE(automatic.getNumber());
     EXPECT_EQ(automatic.setNumber(false), 0);

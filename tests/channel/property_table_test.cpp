@@ -22,10 +22,10 @@ TEST_F(PropertyTable, StaysEmptyWithoutACollection) {
     EXPECT_EQ(host.get("execute_1"), refused("Unknown property \"execute_1\""));
     EXPECT_EQ(host.execute("propertydialog"), refused("Unknown command \"propertydialog\""));
     EXPECT_THAT(win32::debuggerTexts(), IsEmpty());
-    EXPECT_THAT(
-        libraryCalls({"Grabber::isFrameRateListAvailable", "Grabber::getAvailableVideoNorms_",
-                      "Grabber::setFPS", "Grabber::isInputChannelAvailableWithCurDev"}),
-        IsEmpty());
+    EXPECT_THAT(library_log::invocations({"Grabber::isFrameRateListAvailable",
+                                          "Grabber::getAvailableVideoNorms_", "Grabber::setFPS",
+                                          "Grabber::isInputChannelAvailableWithCurDev"}),
+                IsEmpty());
 }
 
 TEST_F(PropertyTable, OfACameraWithNothingHoldsThePixelFormatAndTheLists) {
@@ -236,8 +236,7 @@ TEST_F(PropertyTable, ServesTheChannelsOwnPixelFormat) {
     CPropertyHost host(bare);
     EXPECT_EQ(host.set("pixelformat", "rgb24"), accepted());
     ImageInfo image{};
-    CHostText message;
-    EXPECT_EQ(host.channel().GetImageInfo(message, &image, nullptr), 0);
+    EXPECT_EQ(host.imageInfo(&image), done());
     EXPECT_EQ(image.pixelType, 7U);
 }
 
@@ -254,10 +253,10 @@ name = "Focus"
 Value.switch = false
 )toml"));
     EXPECT_THAT(
-        libraryCalls({"IVCDPropertyItems::getItem", "IVCDPropertyItem::getItem",
-                      "IVCDPropertyElement::getItem", "Grabber::isFrameRateListAvailable",
-                      "Grabber::setFPS", "Grabber::getAvailableVideoNorms_",
-                      "Grabber::isInputChannelAvailableWithCurDev"}),
+        library_log::invocations(
+            {"IVCDPropertyItems::getItem", "IVCDPropertyItem::getItem",
+             "IVCDPropertyElement::getItem", "Grabber::isFrameRateListAvailable", "Grabber::setFPS",
+             "Grabber::getAvailableVideoNorms_", "Grabber::isInputChannelAvailableWithCurDev"}),
         ElementsAre(
             "IVCDPropertyItems::getItem(1)", "IVCDPropertyItems::getItem(2)",
             "IVCDPropertyItem::getItem(Gain,1)", "IVCDPropertyElement::getItem(Gain,Value,1)",

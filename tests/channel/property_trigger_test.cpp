@@ -32,11 +32,7 @@ void waitThroughRestore(CPropertyHost& host) {
     // Back in time, but the adapter still learns of the loss.
     refuseCall("Grabber::isDevValid");
     win32::injectResults("WaitForSingleObject", {WAIT_TIMEOUT});
-    CHostStatus status;
-    CHostText message;
-    EXPECT_EQ(host.channel().WaitFrame(message, status), 0);
-    EXPECT_EQ(status.value(), 0x1000U);
-    EXPECT_TRUE(message.isUntouched());
+    EXPECT_EQ(host.wait(), noFrame());
 }
 
 constexpr const char* enableOn = "IVCDSwitchProperty::setSwitch(Trigger,Enable,-1)";
@@ -48,7 +44,7 @@ TEST_F(TriggerParameters, ChangeTheModeOnlyWhenItDiffers) {
     CPropertyHost host(trigger("false"));
     const auto changesOf = [&host](std::int32_t enable) {
         host.forgetCalls();
-        EXPECT_EQ(host.apply(block(enable, 0)), accepted());
+        EXPECT_EQ(host.parameters(block(enable, 0)), accepted());
         return host.changes();
     };
     EXPECT_THAT(changesOf(0), ElementsAre(polarityOff));
@@ -63,7 +59,7 @@ TEST_F(TriggerParameters, WithAnyOtherNumberChangeNoMode) {
         CPropertyHost host(trigger(enabled));
         for (const std::int32_t enable : {2, -1, 256, 2147483647}) {
             host.forgetCalls();
-            EXPECT_EQ(host.apply(block(enable, 0)), accepted());
+            EXPECT_EQ(host.parameters(block(enable, 0)), accepted());
             EXPECT_THAT(host.changes(), ElementsAre(polarityOff)) << enable;
         }
         EXPECT_EQ(host.get("trigger enable switch"), accepted(enabled));
@@ -74,11 +70,11 @@ TEST_F(TriggerParameters, StopAndStartLiveVideoAroundTheChangeOfMode) {
     CPropertyHost host(trigger("false"));
     ASSERT_EQ(host.start(), accepted());
     host.forgetCalls();
-    EXPECT_EQ(host.apply(block(1, 1)), accepted());
+    EXPECT_EQ(host.parameters(block(1, 1)), accepted());
     EXPECT_THAT(host.changes(), ElementsAre("Grabber::stopLive()", enableOn,
                                             "Grabber::startLive(false)", polarityOn));
     host.forgetCalls();
-    EXPECT_EQ(host.apply(block(0, 0)), accepted());
+    EXPECT_EQ(host.parameters(block(0, 0)), accepted());
     EXPECT_THAT(host.changes(), ElementsAre("Grabber::stopLive()", enableOff,
                                             "Grabber::startLive(false)", polarityOff));
     EXPECT_EQ(alive().liveDevices, 1U);
@@ -88,14 +84,14 @@ TEST_F(TriggerParameters, KeepLiveVideoRunningWhereTheModeStays) {
     CPropertyHost host(trigger("true"));
     ASSERT_EQ(host.start(), accepted());
     host.forgetCalls();
-    EXPECT_EQ(host.apply(block(1, 1)), accepted());
+    EXPECT_EQ(host.parameters(block(1, 1)), accepted());
     EXPECT_THAT(host.changes(), ElementsAre(polarityOn));
 }
 
 TEST_F(TriggerParameters, StartNoLiveVideoThatDidNotRun) {
     CPropertyHost host(trigger("false"));
     host.forgetCalls();
-    EXPECT_EQ(host.apply(block(1, 0)), accepted());
+    EXPECT_EQ(host.parameters(block(1, 0)), accepted());
     EXPECT_THAT(host.changes(), ElementsAre(enableOn, polarityOff));
     EXPECT_EQ(alive().liveDevices, 0U);
 }
@@ -106,7 +102,7 @@ TEST_F(TriggerParameters, IgnoreHowLiveVideoTakesTheChange) {
     host.forgetCalls();
     refuseCall("Grabber::stopLive");
     refuseCall("Grabber::startLive");
-    EXPECT_EQ(host.apply(block(1, 1)), accepted());
+    EXPECT_EQ(host.parameters(block(1, 1)), accepted());
     EXPECT_THAT(host.changes(), ElementsAre("Grabber::stopLive()", enableOn,
                                             "Grabber::startLive(false)", polarityOn));
 }
@@ -115,7 +111,7 @@ TEST_F(TriggerParameters, WriteThePolarityEveryTime) {
     CPropertyHost host(trigger("false"));
     const auto changesOf = [&host](std::int32_t polarity) {
         host.forgetCalls();
-        EXPECT_EQ(host.apply(block(0, polarity)), accepted());
+        EXPECT_EQ(host.parameters(block(0, polarity)), accepted());
         return host.changes();
     };
     EXPECT_THAT(changesOf(1), ElementsAre(polarityOn));
@@ -132,7 +128,7 @@ name = "Trigger"
 Polarity.switch = false
 )toml"));
     host.forgetCalls();
-    EXPECT_EQ(host.apply(block(1, 1)), accepted());
+    EXPECT_EQ(host.parameters(block(1, 1)), accepted());
     EXPECT_EQ(host.callCount(), 0U);
     EXPECT_EQ(host.get("trigger polarity switch"), accepted("false"));
 }
@@ -144,7 +140,7 @@ name = "Trigger"
 Enable.switch = false
 )toml"));
     host.forgetCalls();
-    EXPECT_EQ(host.apply(block(1, 1)), accepted());
+    EXPECT_EQ(host.parameters(block(1, 1)), accepted());
     EXPECT_THAT(host.changes(), ElementsAre(enableOn));
 }
 
@@ -154,7 +150,7 @@ TEST_F(TriggerParameters, OfAnUnboundEnableSwitchChangeNoMode) {
     CPropertyHost host;
     ASSERT_EQ(host.get("trigger enable switch").result, 1);
     host.forgetCalls();
-    EXPECT_EQ(host.apply(block(1, 1)), accepted());
+    EXPECT_EQ(host.parameters(block(1, 1)), accepted());
     EXPECT_THAT(host.changes(), ElementsAre(polarityOn));
 }
 
@@ -162,7 +158,7 @@ TEST_F(TriggerParameters, DecideAlsoAfterARestoreWhetherToTrigger) {
     // The request is remembered as any number but zero, whatever it switches.
     CPropertyHost host(trigger("false"));
     ASSERT_EQ(host.start(), accepted());
-    ASSERT_EQ(host.apply(block(2, 0)), accepted());
+    ASSERT_EQ(host.parameters(block(2, 0)), accepted());
     ASSERT_EQ(host.get("trigger enable switch"), accepted("false"));
     host.forgetCalls();
     waitThroughRestore(host);
@@ -174,8 +170,8 @@ TEST_F(TriggerParameters, DecideAlsoAfterARestoreWhetherToTrigger) {
 TEST_F(TriggerParameters, WithoutTheModeRestoreUntriggered) {
     CPropertyHost host(trigger("false"));
     ASSERT_EQ(host.start(), accepted());
-    ASSERT_EQ(host.apply(block(1, 0)), accepted());
-    ASSERT_EQ(host.apply(block(0, 0)), accepted());
+    ASSERT_EQ(host.parameters(block(1, 0)), accepted());
+    ASSERT_EQ(host.parameters(block(0, 0)), accepted());
     host.forgetCalls();
     waitThroughRestore(host);
     EXPECT_THAT(host.calls({"IVCDSwitchProperty::setSwitch", "Grabber::startLive"}),
@@ -196,7 +192,7 @@ TEST_F(TriggerParameters, SkipTheModeAtARestoreWithAnUnboundSwitch) {
     CPropertyHost host;
     ASSERT_EQ(host.get("trigger enable switch").result, 1);
     ASSERT_EQ(host.start(), accepted());
-    ASSERT_EQ(host.apply(block(1, 0)), accepted());
+    ASSERT_EQ(host.parameters(block(1, 0)), accepted());
     host.forgetCalls();
     waitThroughRestore(host);
     EXPECT_THAT(host.calls({"IVCDSwitchProperty::setSwitch", "Grabber::startLive"}),
@@ -206,7 +202,7 @@ TEST_F(TriggerParameters, SkipTheModeAtARestoreWithAnUnboundSwitch) {
 TEST_F(TriggerParameters, SkipTheModeAtARestoreWithoutTheSwitch) {
     CPropertyHost host(camera("formats = [\"Y800 (640x480)\"]\n"));
     ASSERT_EQ(host.start(), accepted());
-    ASSERT_EQ(host.apply(block(1, 0)), accepted());
+    ASSERT_EQ(host.parameters(block(1, 0)), accepted());
     waitThroughRestore(host);
     EXPECT_EQ(host.get("trigger enable switch").result, 1);
     EXPECT_THAT(host.list("feature_"),

@@ -298,10 +298,8 @@ Auto.switch = false
 )toml");
 
 TEST_F(PropertyRange, OffersItsValueAsANumber) {
-    loadRig(brightness);
-    DShowLib::Grabber grabber;
-    ASSERT_TRUE(grabber.openDev(device(0)));
-    CVCDPropertyValue value(gainItem, "value", grabber, valueElement);
+    COpenGrabber grabber(brightness);
+    CVCDPropertyValue value(gainItem, "value", grabber.get(), valueElement);
     ASSERT_TRUE(value.isBound());
     EXPECT_EQ(value.getNumber(), 4);
     EXPECT_EQ(value.setNumber(9), 0);
@@ -314,11 +312,9 @@ TEST_F(PropertyRange, OffersItsValueAsANumber) {
 }
 
 TEST_F(PropertyRange, LimitsKeepTheNumberOfTheValue) {
-    loadRig(brightness);
-    DShowLib::Grabber grabber;
-    ASSERT_TRUE(grabber.openDev(device(0)));
-    CVCDPropertyValueMin minimum(gainItem, "minimum", grabber, valueElement);
-    CVCDPropertyValueMax maximum(gainItem, "maximum", grabber, valueElement);
+    COpenGrabber grabber(brightness);
+    CVCDPropertyValueMin minimum(gainItem, "minimum", grabber.get(), valueElement);
+    CVCDPropertyValueMax maximum(gainItem, "maximum", grabber.get(), valueElement);
     EXPECT_EQ(minimum.getNumber(), 4);
     EXPECT_EQ(minimum.setNumber(5), 0);
     EXPECT_EQ(maximum.getNumber(), 5);
@@ -327,12 +323,10 @@ TEST_F(PropertyRange, LimitsKeepTheNumberOfTheValue) {
 }
 
 TEST_F(PropertyAbsolute, OffersItsValueAsANumber) {
-    loadRig(brightness);
-    DShowLib::Grabber grabber;
-    ASSERT_TRUE(grabber.openDev(device(0)));
-    CVCDPropertyAbsValue value(gainItem, "value", grabber, valueElement);
-    CVCDPropertyAbsValueMin minimum(gainItem, "minimum", grabber, valueElement);
-    CVCDPropertyAbsValueMax maximum(gainItem, "maximum", grabber, valueElement);
+    COpenGrabber grabber(brightness);
+    CVCDPropertyAbsValue value(gainItem, "value", grabber.get(), valueElement);
+    CVCDPropertyAbsValueMin minimum(gainItem, "minimum", grabber.get(), valueElement);
+    CVCDPropertyAbsValueMax maximum(gainItem, "maximum", grabber.get(), valueElement);
     EXPECT_EQ(value.getNumber(), 0.5);
     EXPECT_EQ(value.setNumber(0.75), 0);
     EXPECT_EQ(minimum.getNumber(), 0.75);
@@ -345,14 +339,12 @@ TEST_F(PropertyAbsolute, OffersItsValueAsANumber) {
 }
 
 TEST_F(PropertyRange, GivesItsReferencesBackWithItself) {
-    loadRig(brightness);
-    DShowLib::Grabber grabber;
-    ASSERT_TRUE(grabber.openDev(device(0)));
+    COpenGrabber grabber(brightness);
     {
-        const CVCDPropertyValue value(gainItem, "value", grabber, valueElement);
+        const CVCDPropertyValue value(gainItem, "value", grabber.get(), valueElement);
         EXPECT_EQ(references("Brightness", "Value", "IVCDRangeProperty"), 1);
         EXPECT_EQ(references("Brightness", "Auto", "IVCDSwitchProperty"), 1);
-        const CVCDPropertyAuto toggle(gainItem, "auto", grabber, autoElement);
+        const CVCDPropertyAuto toggle(gainItem, "auto", grabber.get(), autoElement);
         EXPECT_EQ(references("Brightness", "Auto", "IVCDSwitchProperty"), 2);
     }
     EXPECT_EQ(references("Brightness", "Value", "IVCDRangeProperty"), 0);

@@ -4,25 +4,24 @@
 // is checked here besides is that no copied frame is mixed of two.
 #include <random>
 
-#include "tests/support/channel_fixture.h"
-#include "tests/support/channel_rigs.h"
+#include "tests/support/one_channel.h"
 
 namespace {
 
-class Race : public CChannelTest {
+class Race : public COneChannel {
 protected:
     static constexpr std::int32_t width = 64;
     static constexpr std::int32_t height = 24;
 
     void SetUp() override {
-        CChannelTest::SetUp();
+        COneChannel::SetUp();
         loadRig(rigs::camera("SIM Fast", "F", "\"Y800 (64x24)\""));
         virtualCamerasSetClock(VIRTUAL_CAMERAS_CLOCK_FAST);
     }
     void TearDown() override {
         // The log runs full here, and nobody reads it.
         win32::reset();
-        CChannelTest::TearDown();
+        COneChannel::TearDown();
     }
 
     // The frame's number stands in every row; all rows must say the same.
@@ -37,18 +36,11 @@ protected:
         }
         return true;
     }
-    void copyIfAny(CVideoChannel& channel) {
-        if (copyFrame(channel, m_frame) == 0) {
+    void copyIfAny() {
+        if (copy(m_frame) == done()) {
             ++m_copied;
             ASSERT_TRUE(isOneFrame(m_frame));
         }
-    }
-    static std::int32_t locks() {
-        std::int32_t all = 0;
-        for (std::uint32_t buffer = 0; buffer < 5; ++buffer) {
-            all += virtualCamerasBufferLocks("F", buffer);
-        }
-        return all;
     }
 
     CHostMemory m_frame{64 * 24};
@@ -56,120 +48,116 @@ protected:
 };
 
 TEST_F(Race, EveryWaitEndsWithAWholeFrame) {
-    CVideoChannel& channel = makeChannel();
-    start(channel);
+    openLive();
     for (int round = 0; round < 300; ++round) {
-        ASSERT_EQ(waitFrame(channel).status, 0U);
-        copyIfAny(channel);
+        ASSERT_EQ(wait(), done());
+        copyIfAny();
     }
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
     EXPECT_EQ(m_copied, 300U);
-    EXPECT_EQ(locks(), 0);
+    EXPECT_EQ(lockedBuffers("F"), 0);
 }
 
 TEST_F(Race, AHostThatGivesUpAtOnceGetsWholeFramesOrNone) {
-    CVideoChannel& channel = makeChannel();
-    start(channel);
+    openLive();
     win32::injectAlways("WaitForSingleObject", WAIT_TIMEOUT);
     for (int round = 0; round < 5000; ++round) {
-        EXPECT_EQ(waitFrame(channel).status, 4096U);
-        copyIfAny(channel);
+        EXPECT_EQ(wait(), noFrame());
+        copyIfAny();
     }
     win32::clearInjected();
-    stop(channel);
-    EXPECT_EQ(locks(), 0);
+    EXPECT_EQ(stop(), accepted());
+    EXPECT_EQ(lockedBuffers("F"), 0);
 }
 
 TEST_F(Race, AHostThatDoesAnythingAtAnyMomentGetsWholeFramesOrNone) {
-    CVideoChannel& channel = makeChannel();
-    start(channel);
+    openLive();
     std::mt19937 random(20240229);
     for (int round = 0; round < 3000; ++round) {
         switch (random() % 8) {
             case 0:
             case 1:
                 win32::injectResults("WaitForSingleObject", {WAIT_TIMEOUT});
-                EXPECT_EQ(waitFrame(channel).status, 4096U);
+                EXPECT_EQ(wait(), noFrame());
                 break;
             case 2:
                 win32::injectResults("WaitForSingleObject", {WAIT_FAILED});
-                waitFrame(channel);
+                wait();
                 break;
             case 3:
-                waitFrame(channel);
+                wait();
                 break;
             case 4:
-                EXPECT_EQ(channel.StartAcquisition(nullptr), 1);
+                EXPECT_EQ(channel().StartAcquisition(nullptr), 1);
                 break;
             default:
-                copyIfAny(channel);
+                copyIfAny();
                 break;
         }
     }
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
     EXPECT_GT(m_copied, 0U);
-    EXPECT_EQ(locks(), 0);
+    EXPECT_EQ(lockedBuffers("F"), 0);
 }
 
 TEST_F(Race, StopsAndStartsLeaveNoBufferLocked) {
-    CVideoChannel& channel = makeChannel();
+    open();
     for (int round = 0; round < 60; ++round) {
-        start(channel);
+        EXPECT_EQ(start(), accepted());
         if (round % 2 == 0) {
             win32::injectResults("WaitForSingleObject", {WAIT_TIMEOUT});
         }
-        waitFrame(channel);
+        wait();
         if (round % 3 == 0) {
-            copyIfAny(channel);
+            copyIfAny();
         }
-        stop(channel);
-        EXPECT_EQ(locks(), 0) << round;
-        EXPECT_EQ(copyFrame(channel, m_frame), 4096U);
+        EXPECT_EQ(stop(), accepted());
+        EXPECT_EQ(lockedBuffers("F"), 0) << round;
+        EXPECT_EQ(copy(m_frame), noFrame());
     }
 }
 
 TEST_F(Race, ANewSinkDuringLiveVideoTouchesNoFrame) {
-    CVideoChannel& channel = makeChannel();
-    EXPECT_EQ(setProperty(channel, "pixelformat", "mono8"), "");
-    start(channel);
+    open();
+    EXPECT_EQ(set("pixelformat", "mono8"), accepted());
+    EXPECT_EQ(start(), accepted());
     for (int round = 0; round < 100; ++round) {
-        EXPECT_NE(setProperty(channel, "pixelformat", "mono8"), "");
-        ASSERT_EQ(waitFrame(channel).status, 0U);
-        copyIfAny(channel);
+        EXPECT_EQ(set("pixelformat", "mono8").result, 1);
+        ASSERT_EQ(wait(), done());
+        copyIfAny();
     }
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
     EXPECT_EQ(m_copied, 100U);
 }
 
 TEST_F(Race, AChannelMayBeClosedWhileFramesFlow) {
     for (int round = 0; round < 30; ++round) {
-        CVideoChannel& channel = makeChannel();
-        start(channel);
+        open();
+        EXPECT_EQ(start(), accepted());
         win32::injectResults("WaitForSingleObject", {WAIT_TIMEOUT});
-        waitFrame(channel);
-        closeChannel(channel);
+        wait();
+        close();
     }
     EXPECT_EQ(alive().grabbers, 0U);
     EXPECT_EQ(alive().buffers, 0U);
 }
 
 TEST_F(Race, ACameraMayBeLostAndFoundWhileTheHostWaits) {
-    CVideoChannel& channel = makeChannel();
-    start(channel);
+    openLive();
     for (int round = 0; round < 20; ++round) {
         CHostThread cable([&] {
-            virtualCamerasUnplug("F");
-            virtualCamerasPlug("F");
+            unplug();
+            plug();
         });
         win32::injectResults("WaitForSingleObject", {WAIT_TIMEOUT});
-        waitFrame(channel);
-        copyIfAny(channel);
+        wait();
+        copyIfAny();
         cable.join();
         win32::clearInjected();
-        ASSERT_EQ(waitFrame(channel).status, 0U);
-        copyIfAny(channel);
+        ASSERT_EQ(wait(), done());
+        copyIfAny();
     }
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
 }
 
 }  // namespace

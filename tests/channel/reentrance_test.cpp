@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A host that calls again from inside a call: message boxes pump its messages.
 #include "tests/channel/start_up_fixture.h"
-#include "tests/support/channel_rigs.h"
 
 namespace {
 
@@ -18,7 +17,6 @@ protected:
 };
 
 TEST_F(Reentrance, AChannelClosedInsideItsOwnCallLivesUntilThatCallLeaves) {
-    loadRig(rigs::grey());
     const VideoChannelRecord record = openRecord();
     CHostStatus status;
     std::uint32_t grabbersInside = 0;
@@ -53,7 +51,6 @@ TEST_F(Reentrance, AChannelClosedInsideItsOwnCallIsUnlistedAtOnce) {
 }
 
 TEST_F(Reentrance, TheOutermostOfNestedCallsDestroysTheChannel) {
-    loadRig(rigs::grey());
     const VideoChannelRecord record = openRecord();
     CHostStatus outer;
     CHostStatus inner;
@@ -92,26 +89,24 @@ TEST_F(Reentrance, AnotherChannelClosedInsideACallGoesAtOnceAndTheLibraryStays) 
 
 TEST_F(Reentrance, AskingForCamerasInsideTheListingChangesNothing) {
     loadRig(rigs::grey() + rigs::color());
-    virtualCamerasFailCall("Grabber::openDev", 1, 1, VIRTUAL_CAMERAS_FAIL_THROW, 0, "in use");
-    HostRecord inner;
+    throwFromCall("Grabber::openDev", "in use");
     std::int32_t answer = -1;
-    win32::runInside("MessageBoxW", [&] { answer = GetVideoChannel(nullptr, 0, &inner.record); });
-    HostRecord outer;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &outer.record), 0);
+    win32::runInside("MessageBoxW", [&] { answer = ask(); });
+    VideoChannelRecord outer{};
+    EXPECT_EQ(GetVideoChannel(nullptr, 0, &outer), 0);
     win32::runInside("MessageBoxW", {});
     EXPECT_EQ(answer, 1);
-    EXPECT_TRUE(inner.isUntouched());
+    EXPECT_TRUE(isRecordUntouched());
     EXPECT_EQ(channelCount(), 1);
     EXPECT_EQ(alive().grabbers, 1U);
-    EXPECT_STREQ(outer.record.deviceName, "SIM Color 23");
+    EXPECT_STREQ(outer.deviceName, "SIM Color 23");
 }
 
 TEST_F(Reentrance, ClosingNothingInsideTheListingLeavesTheLibraryStarted) {
     loadRig(rigs::grey() + rigs::color());
-    virtualCamerasFailCall("Grabber::openDev", 1, 1, VIRTUAL_CAMERAS_FAIL_THROW, 0, "in use");
+    throwFromCall("Grabber::openDev", "in use");
     win32::runInside("MessageBoxW", [] { channelRegistry().close(nullptr); });
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
+    EXPECT_EQ(ask(), 0);
     win32::runInside("MessageBoxW", {});
     EXPECT_EQ(library_log::count("ExitLibrary"), 0U);
 }

@@ -2,14 +2,14 @@
 // The list of cameras, and what closing one does.
 #include "adapter/channel_registry.h"
 #include "tests/support/channel_fixture.h"
-#include "tests/support/channel_rigs.h"
+#include "tests/support/host_calls.h"
 
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class Registry : public CChannelTest {};
+class Registry : public CWithGreyCamera<CChannelTest> {};
 
 TEST_F(Registry, ListsChannelsInTheOrderOfTheLibrary) {
     loadRig(rigs::grey() + rigs::color() + rigs::raw());
@@ -27,7 +27,6 @@ TEST_F(Registry, ListsChannelsInTheOrderOfTheLibrary) {
 }
 
 TEST_F(Registry, FindsItsChannelsAndNothingElse) {
-    loadRig(rigs::grey());
     ChannelRegistry registry;
     registry.enumerate();
     CVideoChannel* channel = &registry.at(0);
@@ -43,17 +42,11 @@ TEST_F(Registry, FindsItsChannelsAndNothingElse) {
 TEST_F(Registry, ThrowsOutOfRangeForAPositionWithoutAChannel) {
     const ChannelRegistry registry;
     for (const std::int32_t position : {-1, 0, 1}) {
-        try {
-            registry.at(position);
-            FAIL() << "nothing was thrown";
-        } catch (const std::out_of_range& failure) {
-            EXPECT_STREQ(failure.what(), "invalid vector<T> subscript");
-        }
+        EXPECT_EQ(outOfRangeText([&] { registry.at(position); }), "invalid vector<T> subscript");
     }
 }
 
 TEST_F(Registry, LeavesChannelsThatAreStillListedOpenAtItsEnd) {
-    loadRig(rigs::grey());
     CVideoChannel* channel = nullptr;
     {
         ChannelRegistry registry;
@@ -67,7 +60,6 @@ TEST_F(Registry, LeavesChannelsThatAreStillListedOpenAtItsEnd) {
 }
 
 TEST_F(Registry, ClosesTheGrabberBeforeTheLibraryShutsDown) {
-    loadRig(rigs::grey());
     ChannelRegistry registry;
     registry.enumerate();
     recordAll();
@@ -77,46 +69,38 @@ TEST_F(Registry, ClosesTheGrabberBeforeTheLibraryShutsDown) {
     EXPECT_TRUE(registry.isInitialised());
 }
 
-class Closing : public CChannelTest {
-protected:
-    static std::int32_t close(const VideoChannelRecord& record, void* context) {
-        CHostText text;
-        const std::int32_t result = record.CloseChannel(text, context);
-        EXPECT_TRUE(text.isUntouched());
-        return result;
-    }
-};
+class Closing : public CWithGreyCamera<CChannelTest> {};
 
 TEST_F(Closing, MovesLaterChannelsToTheFront) {
     loadRig(rigs::grey() + rigs::color());
-    const VideoChannelRecord first = openRecord(0);
-    const VideoChannelRecord second = openRecord(1);
+    const CRecordHost first(openRecord(0));
+    const CRecordHost second(openRecord(1));
     recordAll();
-    EXPECT_EQ(close(first, first.context), 0);
+    EXPECT_EQ(first.close(), accepted());
     EXPECT_EQ(library_log::count("ExitLibrary"), 0U);
     EXPECT_EQ(alive().grabbers, 1U);
-    EXPECT_EQ(openRecord(0).context, second.context);
+    EXPECT_EQ(openRecord(0).context, second.context());
     VideoChannelRecord record{};
     EXPECT_EQ(GetVideoChannel(nullptr, 1, &record), 1);
 }
 
 TEST_F(Closing, KeepsEarlierChannelsWhereTheyAre) {
     loadRig(rigs::grey() + rigs::color() + rigs::raw());
-    const VideoChannelRecord first = openRecord(0);
-    const VideoChannelRecord second = openRecord(1);
-    const VideoChannelRecord third = openRecord(2);
-    EXPECT_EQ(close(second, second.context), 0);
-    EXPECT_EQ(openRecord(0).context, first.context);
-    EXPECT_EQ(openRecord(1).context, third.context);
+    const CRecordHost first(openRecord(0));
+    const CRecordHost second(openRecord(1));
+    const CRecordHost third(openRecord(2));
+    EXPECT_EQ(second.close(), accepted());
+    EXPECT_EQ(openRecord(0).context, first.context());
+    EXPECT_EQ(openRecord(1).context, third.context());
 }
 
 TEST_F(Closing, ShutsTheLibraryDownAfterTheLastChannelForGood) {
     loadRig(rigs::grey() + rigs::color());
-    const VideoChannelRecord first = openRecord(0);
-    const VideoChannelRecord second = openRecord(1);
-    EXPECT_EQ(close(second, second.context), 0);
+    const CRecordHost first(openRecord(0));
+    const CRecordHost second(openRecord(1));
+    EXPECT_EQ(second.close(), accepted());
     recordAll();
-    EXPECT_EQ(close(first, first.context), 0);
+    EXPECT_EQ(first.close(), accepted());
     EXPECT_EQ(library_log::count("ExitLibrary"), 1U);
     EXPECT_EQ(library_log::operations().back(), "ExitLibrary");
     EXPECT_EQ(alive().grabbers, 0U);
@@ -131,61 +115,57 @@ TEST_F(Closing, ShutsTheLibraryDownAfterTheLastChannelForGood) {
 }
 
 TEST_F(Closing, ShutsTheLibraryDownAgainForANullContextOnAnEmptyList) {
-    loadRig(rigs::grey());
-    const VideoChannelRecord record = openRecord();
-    EXPECT_EQ(close(record, record.context), 0);
+    const CRecordHost host(openRecord());
+    EXPECT_EQ(host.close(), accepted());
     recordAll();
-    EXPECT_EQ(close(record, nullptr), 0);
+    EXPECT_EQ(host.with(nullptr).close(), accepted());
     EXPECT_THAT(library_log::lines(), ElementsAre("ExitLibrary()"));
 }
 
 TEST_F(Closing, DoesNothingForANullContextWhileChannelsAreListed) {
-    loadRig(rigs::grey());
-    const VideoChannelRecord record = openRecord();
+    const CRecordHost host(openRecord());
     recordAll();
-    EXPECT_EQ(close(record, nullptr), 0);
+    EXPECT_EQ(host.with(nullptr).close(), accepted());
     EXPECT_THAT(library_log::lines(), IsEmpty());
     EXPECT_EQ(alive().grabbers, 1U);
 }
 
 TEST_F(Closing, DestroysNothingForAContextThatIsNotListed) {
     loadRig(rigs::grey() + rigs::color());
-    const VideoChannelRecord first = openRecord(0);
-    EXPECT_EQ(close(first, first.context), 0);
+    const CRecordHost first(openRecord(0));
+    EXPECT_EQ(first.close(), accepted());
     recordAll();
     CHostMemory stranger(4096);
-    EXPECT_EQ(close(first, first.context), 0);
-    EXPECT_EQ(close(first, stranger.data()), 0);
+    EXPECT_EQ(first.close(), accepted());
+    EXPECT_EQ(first.with(stranger.data()).close(), accepted());
     EXPECT_THAT(library_log::lines(), IsEmpty());
     EXPECT_TRUE(stranger.isUntouched());
     EXPECT_EQ(alive().grabbers, 1U);
 }
 
 TEST_F(Closing, ShutsTheLibraryDownAgainForAnUnlistedContextOnAnEmptyList) {
-    loadRig(rigs::grey());
-    const VideoChannelRecord record = openRecord();
-    EXPECT_EQ(close(record, record.context), 0);
+    const CRecordHost host(openRecord());
+    EXPECT_EQ(host.close(), accepted());
     recordAll();
-    EXPECT_EQ(close(record, record.context), 0);
+    EXPECT_EQ(host.close(), accepted());
     EXPECT_THAT(library_log::lines(), ElementsAre("ExitLibrary()"));
 }
 
 TEST_F(Closing, TakesNoTextBuffer) {
-    loadRig(rigs::grey());
-    const VideoChannelRecord record = openRecord();
-    EXPECT_EQ(record.CloseChannel(nullptr, record.context), 0);
+    const CRecordHost host(openRecord());
+    EXPECT_EQ(host.record().CloseChannel(nullptr, host.context()), 0);
     EXPECT_EQ(alive().grabbers, 0U);
 }
 
 TEST_F(Closing, HoldsTheAdaptersModuleWhileAnyCameraIsOpen) {
     loadRig(rigs::grey() + rigs::color());
     recordAll();
-    const VideoChannelRecord first = openRecord(0);
-    const VideoChannelRecord second = openRecord(1);
+    const CRecordHost first(openRecord(0));
+    const CRecordHost second(openRecord(1));
     EXPECT_THAT(win32Calls({"holdOwnModule", "releaseOwnModule"}), ElementsAre("holdOwnModule()"));
-    EXPECT_EQ(close(first, first.context), 0);
+    EXPECT_EQ(first.close(), accepted());
     EXPECT_THAT(win32Calls({"releaseOwnModule"}), IsEmpty());
-    EXPECT_EQ(close(second, second.context), 0);
+    EXPECT_EQ(second.close(), accepted());
     EXPECT_THAT(win32Calls({"releaseOwnModule"}), ElementsAre("releaseOwnModule()"));
     EXPECT_EQ(library_log::operations().back(), "ExitLibrary");
 }

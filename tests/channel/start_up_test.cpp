@@ -4,11 +4,12 @@
 #include <vector>
 
 #include "tests/channel/start_up_fixture.h"
-#include "tests/channel/trace_recorder.h"
 
 namespace {
 
+using ::testing::AllOf;
 using ::testing::ElementsAre;
+using ::testing::Field;
 using ::testing::IsEmpty;
 
 TEST(Load, StopsComAndStartsOleOnTheLoadingThread) {
@@ -58,9 +59,8 @@ TEST_F(StartUp, MakesNoFolderOfAPathThatIsTooLong) {
     const std::wstring ancestor = L"C:\\" + std::wstring(100, L'f') + L"\\";
     load(ancestor + std::wstring(300, L'g') + L"\\adapter.dll");
     win32::setFiles({ancestor + L"ORV_CAPLB11_x64.dll", L"ORV_CAPLB11_x64.dll"});
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
-    EXPECT_TRUE(host.isUntouched());
+    EXPECT_EQ(ask(), 1);
+    EXPECT_TRUE(isRecordUntouched());
     EXPECT_EQ(win32::messageBoxes().size(), 1U);
     EXPECT_THAT(win32Calls({"SetDllDirectoryW", "FindFirstFileW", "LoadLibraryExW"}), IsEmpty());
 }
@@ -76,9 +76,7 @@ TEST_F(StartUp, TakesTheLongestPathThatFits) {
 }
 
 TEST_F(StartUp, SetsTheDirectoryThenTracesThenLooksForTheLibrary) {
-    loadRig(rigs::grey());
-    HostRecord host;
-    ASSERT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
+    ASSERT_EQ(ask(), 0);
     const auto calls = win32Calls({"SetDllDirectoryW", "FindFirstFileW", "FindClose",
                                    "LoadLibraryExW", "MessageBoxW", "FreeLibrary"});
     EXPECT_THAT(calls, ElementsAre("SetDllDirectoryW(C:\\adapter\\)",
@@ -94,9 +92,7 @@ TEST_F(StartUp, SetsTheDirectoryThenTracesThenLooksForTheLibrary) {
 }
 
 TEST_F(StartUp, StartsTheLibraryBeforeItListsTheDevices) {
-    loadRig(rigs::grey());
-    HostRecord host;
-    ASSERT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
+    ASSERT_EQ(ask(), 0);
     const auto calls = library_log::operations();
     ASSERT_GE(calls.size(), 3U);
     EXPECT_EQ(calls[0], "InitLibrary");
@@ -107,30 +103,25 @@ TEST_F(StartUp, StartsTheLibraryBeforeItListsTheDevices) {
 }
 
 TEST_F(StartUp, IgnoresTheResultOfInitLibrary) {
-    loadRig(rigs::grey());
     startLibrary();
-    virtualCamerasFailCall("InitLibrary", 1, 1, VIRTUAL_CAMERAS_FAIL_FALSE, 0, "");
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
+    refuseCall("InitLibrary");
+    EXPECT_EQ(ask(), 0);
 }
 
 TEST_F(StartUp, EndsWithOneGrabberPerCameraAndNoItemLeft) {
     loadRig(rigs::grey() + rigs::color());
-    HostRecord host;
-    ASSERT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
+    ASSERT_EQ(ask(), 0);
     EXPECT_EQ(alive().grabbers, 2U);
     EXPECT_EQ(alive().openDevices, 2U);
     EXPECT_EQ(alive().items, 0U);
 }
 
 TEST_F(StartUp, SetsOnlyTheDirectoryOnLaterCalls) {
-    loadRig(rigs::grey());
-    HostRecord host;
-    ASSERT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
+    ASSERT_EQ(ask(), 0);
     recordAll();
     trace_recorder::clear();
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
-    EXPECT_EQ(GetVideoChannel(nullptr, 1, &host.record), 1);
+    EXPECT_EQ(ask(), 0);
+    EXPECT_EQ(ask(1), 1);
     EXPECT_THAT(win32Calls({}),
                 ElementsAre("SetDllDirectoryW(C:\\adapter\\)", "SetDllDirectoryW(C:\\adapter\\)"));
     EXPECT_THAT(library_log::lines(), IsEmpty());
@@ -145,112 +136,84 @@ TEST_F(StartUp, GivesTheSameChannelForTheSameIndex) {
 }
 
 TEST_F(StartUp, IgnoresItsFirstArgument) {
-    loadRig(rigs::grey());
-    HostRecord host;
     int anything = 0;
-    EXPECT_EQ(GetVideoChannel(&anything, 0, &host.record), 0);
+    EXPECT_EQ(GetVideoChannel(&anything, 0, &m_record), 0);
 }
 
 TEST_F(StartUp, ReportsAMissingLibraryOnEveryCallUntilItsFileIsThere) {
-    loadRig(rigs::grey());
     win32::setFiles({});
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
-    EXPECT_TRUE(host.isUntouched());
+    EXPECT_EQ(ask(), 1);
+    EXPECT_EQ(ask(), 1);
+    EXPECT_TRUE(isRecordUntouched());
     EXPECT_THAT(library_log::lines(), IsEmpty());
-    const auto boxes = win32::messageBoxes();
-    ASSERT_EQ(boxes.size(), 2U);
-    for (const auto& box : boxes) {
-        EXPECT_EQ(box.owner, nullptr);
-        EXPECT_EQ(box.text, "Runtime Libraries not found!");
-        EXPECT_EQ(box.caption, "Velmora Adapter");
-        EXPECT_EQ(box.type, 0U);
-        EXPECT_EQ(box.threadId, GetCurrentThreadId());
-    }
+    const auto missing = AllOf(isBox("Runtime Libraries not found!", "Velmora Adapter", 0),
+                               Field(&win32::MessageBox::threadId, GetCurrentThreadId()));
+    EXPECT_THAT(win32::messageBoxes(), ElementsAre(missing, missing));
     EXPECT_THAT(win32Calls({"FindClose", "LoadLibraryExW"}), IsEmpty());
 
     win32::setFiles({L"C:\\adapter\\ORV_CAPLB11_x64.dll"});
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
+    EXPECT_EQ(ask(), 0);
     EXPECT_EQ(win32::messageBoxes().size(), 2U);
 }
 
 TEST_F(StartUp, ReportsALibraryThatIsThereUnderAnotherNameOnly) {
-    loadRig(rigs::grey());
     win32::setFiles({L"C:\\adapter\\ORV_CAPLB11_old.dll"});
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
-    EXPECT_TRUE(host.isUntouched());
+    EXPECT_EQ(ask(), 1);
+    EXPECT_TRUE(isRecordUntouched());
     EXPECT_EQ(win32::messageBoxes().size(), 1U);
     EXPECT_EQ(win32::openSearches(), 0);
     EXPECT_THAT(library_log::lines(), IsEmpty());
     win32::setFiles({L"C:\\adapter\\ORV_CAPLB11_x64.dll"});
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
+    EXPECT_EQ(ask(), 0);
 }
 
 TEST_F(StartUp, LooksBesideTheAdapterAlone) {
-    loadRig(rigs::grey());
     win32::setFiles({L"C:\\elsewhere\\ORV_CAPLB11_x64.dll", L"C:\\adapter\\ORV_CAPLB12_x64.dll"});
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
+    EXPECT_EQ(ask(), 1);
     EXPECT_EQ(win32::messageBoxes().size(), 1U);
 }
 
 TEST_F(StartUp, ListsNoCameraOnceAndForAll) {
     loadRig("");
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
-    EXPECT_TRUE(host.isUntouched());
+    EXPECT_EQ(ask(), 1);
+    EXPECT_TRUE(isRecordUntouched());
     EXPECT_TRUE(channelRegistry().isInitialised());
     EXPECT_EQ(alive().grabbers, 0U);
 
     loadRig(rigs::grey());
     recordAll();
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
+    EXPECT_EQ(ask(), 1);
     EXPECT_THAT(library_log::lines(), IsEmpty());
 }
 
 TEST_F(StartUp, TakesAMissingListAsNoCamera) {
-    loadRig(rigs::grey());
-    virtualCamerasFailCall("Grabber::getAvailableVideoCaptureDevices_", 1, 1,
-                           VIRTUAL_CAMERAS_FAIL_FALSE, 0, "");
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 1);
+    refuseCall("Grabber::getAvailableVideoCaptureDevices_");
+    EXPECT_EQ(ask(), 1);
+    EXPECT_EQ(ask(), 1);
     EXPECT_TRUE(channelRegistry().isInitialised());
 }
 
 TEST_F(StartUp, TakesAnEmptyListAsNoCamera) {
-    loadRig(rigs::grey());
-    virtualCamerasFailCall("Grabber::getAvailableVideoCaptureDevices_", 1, 1,
-                           VIRTUAL_CAMERAS_FAIL_EMPTY, 0, "");
+    emptyCall("Grabber::getAvailableVideoCaptureDevices_");
     EXPECT_EQ(channelCount(), 0);
     EXPECT_TRUE(channelRegistry().isInitialised());
 }
 
 TEST_F(StartUp, FailsForAnIndexFromTheNumberOfChannelsOn) {
     loadRig(rigs::grey() + rigs::color());
-    HostRecord host;
-    EXPECT_EQ(GetVideoChannel(nullptr, 2, &host.record), 1);
-    EXPECT_EQ(GetVideoChannel(nullptr, 3, &host.record), 1);
-    EXPECT_EQ(GetVideoChannel(nullptr, 2147483647, &host.record), 1);
-    EXPECT_TRUE(host.isUntouched());
-    EXPECT_EQ(GetVideoChannel(nullptr, 1, &host.record), 0);
+    EXPECT_EQ(ask(2), 1);
+    EXPECT_EQ(ask(3), 1);
+    EXPECT_EQ(ask(2147483647), 1);
+    EXPECT_TRUE(isRecordUntouched());
+    EXPECT_EQ(ask(1), 0);
 }
 
 TEST_F(StartUp, ThrowsOutOfRangeForANegativeIndex) {
-    loadRig(rigs::grey());
-    HostRecord host;
     for (const std::int32_t index : {-1, -2147483647 - 1}) {
-        try {
-            GetVideoChannel(nullptr, index, &host.record);
-            FAIL() << "nothing was thrown";
-        } catch (const std::out_of_range& failure) {
-            EXPECT_STREQ(failure.what(), "invalid vector<T> subscript");
-        }
+        EXPECT_EQ(outOfRangeText([&] { ask(index); }), "invalid vector<T> subscript");
     }
-    EXPECT_TRUE(host.isUntouched());
-    EXPECT_EQ(GetVideoChannel(nullptr, 0, &host.record), 0);
+    EXPECT_TRUE(isRecordUntouched());
+    EXPECT_EQ(ask(), 0);
 }
 
 TEST_F(StartUp, ThrowsOutOfRangeForANegativeIndexOfAnEmptyList) {
@@ -259,13 +222,11 @@ TEST_F(StartUp, ThrowsOutOfRangeForANegativeIndexOfAnEmptyList) {
 }
 
 TEST_F(StartUp, FailsForAMissingRecord) {
-    loadRig(rigs::grey());
     EXPECT_EQ(GetVideoChannel(nullptr, 0, nullptr), 1);
     EXPECT_EQ(channelCount(), 1);
 }
 
 TEST_F(StartUp, WritesNoDebuggerTextOnceTheTablesAreBuilt) {
-    loadRig(rigs::grey());
     openRecord();
     EXPECT_THAT(win32::debuggerTexts(), ElementsAre("\n\nAll Properties:\n"));
     win32::reset();

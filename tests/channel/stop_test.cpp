@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Stopping live video.
-#include "tests/channel/acquisition_fixture.h"
+#include "tests/support/one_channel.h"
 
 namespace {
 
@@ -10,13 +10,13 @@ using ::testing::StartsWith;
 
 constexpr const char* noDevice = "No valid video capture device selected.";
 
-class Stop : public CAcquisitionTest {};
+class Stop : public CGreyCamera {};
 
 TEST_F(Stop, CallsTheLibraryInItsFixedOrder) {
-    CVideoChannel& channel = live();
-    ASSERT_EQ(waitForDelivery(channel, "1A2B").status, 0U);
+    openLive();
+    ASSERT_EQ(waitForDelivery(), done());
     recordAll();
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
     EXPECT_THAT(library_log::lines(),
                 ElementsAre("Grabber::isDevValid() -> true", "Grabber::isLive() -> true",
                             "Grabber::stopLive() -> true",
@@ -38,134 +38,122 @@ TEST_F(Stop, CallsTheLibraryInItsFixedOrder) {
 }
 
 TEST_F(Stop, UnlocksNoHeldBufferWithoutOne) {
-    CVideoChannel& channel = live();
+    openLive();
     recordAll();
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
     EXPECT_EQ(library_log::count("MemBuffer::unlock"), 5U);
 }
 
 TEST_F(Stop, StartsComThenResetsTheEventThenStopsCom) {
-    CVideoChannel& channel = live();
+    openLive();
     recordAll();
-    EXPECT_EQ(comChange(0, [&] { stop(channel); }), 0);
+    EXPECT_EQ(comChange(0, [&] { EXPECT_EQ(stop(), accepted()); }), 0);
     EXPECT_THAT(win32Calls({}), ElementsAre("CoInitializeEx(null, 0)",
                                             StartsWith("ResetEvent(event "), "CoUninitialize()"));
 }
 
 TEST_F(Stop, BalancesTheSecondComOfAThreadToo) {
-    CVideoChannel& channel = live();
+    openLive();
     recordAll();
-    EXPECT_EQ(comChange(1, [&] { stop(channel); }), 0);
+    EXPECT_EQ(comChange(1, [&] { EXPECT_EQ(stop(), accepted()); }), 0);
     EXPECT_THAT(comCalls(), ElementsAre("CoInitializeEx(null, 0)", "CoInitializeEx(null, 0)",
                                         "CoUninitialize()"));
 }
 
 TEST_F(Stop, DoesNotStopComThatItCouldNotStart) {
-    CVideoChannel& channel = live();
+    openLive();
     win32::reset();
     win32::injectResults("CoInitializeEx", {RPC_E_CHANGED_MODE});
-    EXPECT_EQ(comChange(0, [&] { stop(channel); }), 0);
+    EXPECT_EQ(comChange(0, [&] { EXPECT_EQ(stop(), accepted()); }), 0);
     EXPECT_THAT(comCalls(), ElementsAre("CoInitializeEx(null, 0)"));
 }
 
 TEST_F(Stop, DoesNotBalanceSuccessesOfAnyOtherKind) {
-    CVideoChannel& channel = live();
+    openLive();
     win32::reset();
     win32::injectResults("CoInitializeEx", {2});
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
     EXPECT_THAT(comCalls(), ElementsAre("CoInitializeEx(null, 0)"));
     CoUninitialize();
 }
 
 TEST_F(Stop, FailsWithoutADevice) {
-    CVideoChannel& channel = stopped();
-    virtualCamerasUnplug("1A2B");
+    open();
+    unplug();
     recordAll();
-    CHostText text;
-    EXPECT_EQ(channel.StopAcquisition(text), 1);
-    EXPECT_EQ(text.text(), noDevice);
+    EXPECT_EQ(stop(), refused(noDevice));
     EXPECT_THAT(library_log::lines(), ElementsAre("Grabber::isDevValid() -> false"));
     EXPECT_THAT(win32Calls({}), IsEmpty());
-    EXPECT_EQ(channel.StopAcquisition(nullptr), 1);
+    EXPECT_EQ(channel().StopAcquisition(nullptr), 1);
 }
 
 TEST_F(Stop, ChangesNothingWhenStopped) {
-    CVideoChannel& channel = stopped();
+    open();
     recordAll();
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
     EXPECT_THAT(library_log::lines(),
                 ElementsAre("Grabber::isDevValid() -> true", "Grabber::isLive() -> false"));
     EXPECT_THAT(win32Calls({}), IsEmpty());
 }
 
 TEST_F(Stop, KeepsAPendingFrameWhenLiveVideoHasEndedOtherwise) {
-    loadRig(rigs::grey(rigs::trigger));
-    CVideoChannel& channel = makeChannel();
-    start(channel);
-    ASSERT_EQ(waitForDelivery(channel, "1A2B").status, 0U);
+    openLive(rigs::grey(rigs::trigger));
+    ASSERT_EQ(waitForDelivery(), done());
     // A change of trigger mode stops live video; this one does not start again.
-    virtualCamerasFailCall("Grabber::startLive", 1, 1, VIRTUAL_CAMERAS_FAIL_FALSE, 0, "");
+    refuseCall("Grabber::startLive");
     CameraParameterBlock block{};
     block.triggerEnable = 1;
-    EXPECT_EQ(channel.SetCameraParameters(nullptr, &block), 0);
+    EXPECT_EQ(parameters(block), accepted());
     recordAll();
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
     EXPECT_THAT(library_log::lines(),
                 ElementsAre("Grabber::isDevValid() -> true", "Grabber::isLive() -> false"));
     EXPECT_EQ(lockedBuffers(), 1);
-    CHostMemory frame(32);
-    EXPECT_EQ(copyFrame(channel, frame), 0U);
-    EXPECT_EQ(frame[4], 0xC1);
+    EXPECT_EQ(copiedFrame()[4], 0xC1);
 }
 
 TEST_F(Stop, ResetsASignalThatNobodyTook) {
-    CVideoChannel& channel = live();
+    openLive();
     // The wait sees a time-out although the frame has come: the event stays signalled.
     win32::injectResults("ResetEvent", {TRUE});
-    ASSERT_EQ(waitForDelivery(channel, "1A2B").status, 0U);
-    stop(channel);
-    start(channel);
-    const WaitOutcome outcome =
-        waitWhile(channel, [&] { EXPECT_EQ(virtualCamerasDeliverFrame("1A2B"), 1); });
-    EXPECT_EQ(outcome.status, 0U);
-    CHostMemory frame(32);
-    EXPECT_EQ(copyFrame(channel, frame), 0U) << "a signal of before the stop woke the wait";
+    ASSERT_EQ(waitForDelivery(), done());
+    EXPECT_EQ(stop(), accepted());
+    EXPECT_EQ(start(), accepted());
+    EXPECT_EQ(waitForDelivery(), done());
+    copiedFrame();  // nothing, had a signal of before the stop woken the wait
 }
 
 TEST_F(Stop, GoesOnWithoutASinkOrBuffers) {
-    CVideoChannel& channel = live();
-    virtualCamerasFailCall("FrameHandlerSink::getMemBufferCollection", 1, 1,
-                           VIRTUAL_CAMERAS_FAIL_FALSE, 0, "");
+    openLive();
+    refuseCall("FrameHandlerSink::getMemBufferCollection");
     recordAll();
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
     EXPECT_THAT(library_log::operations({"MemBuffer::", "MemBufferCollection::"}), IsEmpty());
 
-    virtualCamerasFailCall("FrameHandlerSink::create", 1, 1, VIRTUAL_CAMERAS_FAIL_FALSE, 0, "");
-    EXPECT_EQ(setProperty(channel, "pixelformat", "mono8"), "");
-    start(channel);
+    refuseCall("FrameHandlerSink::create");
+    EXPECT_EQ(set("pixelformat", "mono8"), accepted());
+    EXPECT_EQ(start(), accepted());
     recordAll();
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
     EXPECT_THAT(library_log::operations({"FrameHandlerSink::", "MemBuffer::"}), IsEmpty());
 }
 
 TEST_F(Stop, SkipsABufferThatIsNotThere) {
-    CVideoChannel& channel = live();
-    virtualCamerasFailCall("MemBufferCollection::operator[]", 2, 1, VIRTUAL_CAMERAS_FAIL_FALSE, 0,
-                           "");
+    openLive();
+    refuseCall("MemBufferCollection::operator[]", 2);
     recordAll();
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
     EXPECT_THAT(library_log::lines({"MemBuffer::unlock"}),
                 ElementsAre("MemBuffer::unlock(0)", "MemBuffer::unlock(2)", "MemBuffer::unlock(3)",
                             "MemBuffer::unlock(4)"));
 }
 
 TEST_F(Stop, AsksForTheCountAfterEveryBuffer) {
-    CVideoChannel& channel = live();
+    openLive();
     // The third answer is that there are none.
-    virtualCamerasFailCall("MemBufferCollection::getBufferCount", 3, 1, VIRTUAL_CAMERAS_FAIL_FALSE,
-                           0, "");
+    refuseCall("MemBufferCollection::getBufferCount", 3);
     recordAll();
-    stop(channel);
+    EXPECT_EQ(stop(), accepted());
     EXPECT_THAT(library_log::lines({"MemBuffer::unlock"}),
                 ElementsAre("MemBuffer::unlock(0)", "MemBuffer::unlock(1)"));
 }

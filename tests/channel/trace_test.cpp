@@ -1,24 +1,23 @@
 // SPDX-License-Identifier: MIT
 // Where the adapter calls its silent trace, and with what.
 #include "tests/channel/trace_recorder.h"
-#include "tests/support/channel_fixture.h"
-#include "tests/support/channel_rigs.h"
+#include "tests/support/one_channel.h"
 
 namespace {
 
 using ::testing::ElementsAre;
 
-class Trace : public CChannelTest {
+class Trace : public CGreyCamera {
 protected:
     void SetUp() override {
-        CChannelTest::SetUp();
+        CGreyCamera::SetUp();
         trace_recorder::clear();
     }
     void TearDown() override {
         for (const TraceCall& call : trace_recorder::calls()) {
             EXPECT_EQ(call.file, "orvlum.txt");
         }
-        CChannelTest::TearDown();
+        CGreyCamera::TearDown();
     }
 
     // The one call since the last clear.
@@ -26,6 +25,15 @@ protected:
         const auto calls = trace_recorder::calls();
         EXPECT_EQ(calls.size(), 1U);
         return calls.empty() ? TraceCall{} : calls[0];
+    }
+    static void expectOnly(const char* format, const std::vector<std::string>& texts) {
+        EXPECT_EQ(only().format, format);
+        EXPECT_EQ(only().texts, texts);
+    }
+    // From here on, of a channel that is there.
+    void openThenTrace() {
+        open();
+        trace_recorder::clear();
     }
 };
 
@@ -35,8 +43,7 @@ TEST_F(Trace, MarksEveryCallOfTheExport) {
     for (int call = 0; call < 2; ++call) {
         trace_recorder::clear();
         GetVideoChannel(nullptr, 0, &record);
-        EXPECT_EQ(only().format, "%s \n");
-        EXPECT_THAT(only().texts, ElementsAre("\n*** Starting new Session ***"));
+        expectOnly("%s \n", {"\n*** Starting new Session ***"});
     }
 }
 
@@ -44,43 +51,33 @@ TEST_F(Trace, MarksEveryCallOfTheExportWithoutTheLibraryToo) {
     win32::setFiles({});
     VideoChannelRecord record{};
     GetVideoChannel(nullptr, 0, &record);
-    EXPECT_EQ(only().format, "%s \n");
-    EXPECT_THAT(only().texts, ElementsAre("\n*** Starting new Session ***"));
+    expectOnly("%s \n", {"\n*** Starting new Session ***"});
 }
 
 TEST_F(Trace, NamesTheModelAndTheSinkForGrey) {
-    loadRig(rigs::grey("model = \"Mono\u00e9 23\""));
-    makeChannel();
-    EXPECT_EQ(only().format, "%s %s \n");
-    EXPECT_THAT(only().texts, ElementsAre("Mono\u00e9 23", " CreateNewSink default eY800\n"));
+    open(rigs::grey("model = \"Mono\u00e9 23\""));
+    expectOnly("%s %s \n", {"Mono\u00e9 23", " CreateNewSink default eY800\n"});
 }
 
 TEST_F(Trace, NamesTheModelAndTheSinkForRawFromGrey) {
-    loadRig(rigs::raw());
-    makeChannel();
-    EXPECT_EQ(only().format, "%s %s \n");
-    EXPECT_THAT(only().texts, ElementsAre("SIM Raw 23", " CreateNewSink ck_pt_RAW8 eY800\n"));
+    open(rigs::raw());
+    expectOnly("%s %s \n", {"SIM Raw 23", " CreateNewSink ck_pt_RAW8 eY800\n"});
 }
 
 TEST_F(Trace, NamesTheModelAndTheSinkForRawFromColor) {
-    loadRig(rigs::color());
-    makeChannel();
-    EXPECT_EQ(only().format, "%s %s \n");
-    EXPECT_THAT(only().texts, ElementsAre("SIM Color 23", " CreateNewSink ck_pt_RAW8 eRGB32\n"));
+    open(rigs::color());
+    expectOnly("%s %s \n", {"SIM Color 23", " CreateNewSink ck_pt_RAW8 eRGB32\n"});
 }
 
 TEST_F(Trace, NamesTheModelAndTheSinkForColor) {
-    loadRig(rigs::color());
-    CVideoChannel& channel = makeChannel();
+    open(rigs::color());
     trace_recorder::clear();
-    EXPECT_EQ(setProperty(channel, "pixelformat", "RGB24"), "");
-    EXPECT_EQ(only().format, "%s %s \n");
-    EXPECT_THAT(only().texts, ElementsAre("SIM Color 23", " CreateNewSink ck_pt_RAW8 eRGB24 \n"));
+    EXPECT_EQ(set("pixelformat", "RGB24"), accepted());
+    expectOnly("%s %s \n", {"SIM Color 23", " CreateNewSink ck_pt_RAW8 eRGB24 \n"});
 }
 
 TEST_F(Trace, StandsBetweenTheMakingOfASinkAndItsUse) {
-    loadRig(rigs::grey());
-    makeRecordedChannel();
+    openRecorded();
     const auto calls = library_log::operations();
     const std::uint64_t at = only().libraryCalls;
     ASSERT_GT(calls.size(), at);
@@ -88,14 +85,11 @@ TEST_F(Trace, StandsBetweenTheMakingOfASinkAndItsUse) {
 }
 
 TEST_F(Trace, MarksAStartThatStartedAndStopsCom) {
-    loadRig(rigs::grey());
-    CVideoChannel& channel = makeChannel();
-    trace_recorder::clear();
+    openThenTrace();
     // A thread of its own, on which nobody has started COM.
     CHostThread host([&] {
-        CHostText text;
-        EXPECT_EQ(channel.StartAcquisition(text), 0);
-        EXPECT_EQ(channel.StopAcquisition(text), 0);
+        EXPECT_EQ(start(), accepted());
+        EXPECT_EQ(stop(), accepted());
     });
     host.join();
     EXPECT_EQ(only().format, "%s");
@@ -104,46 +98,36 @@ TEST_F(Trace, MarksAStartThatStartedAndStopsCom) {
 }
 
 TEST_F(Trace, MarksAFailedStartThatStartedComToo) {
-    loadRig(rigs::grey());
-    CVideoChannel& channel = makeChannel();
-    virtualCamerasFailCall("Grabber::startLive", 1, 1, VIRTUAL_CAMERAS_FAIL_FALSE, 0, "");
+    open();
+    refuseCall("Grabber::startLive");
     trace_recorder::clear();
     win32::injectResults("CoInitializeEx", {S_OK});
-    CHostText text;
-    EXPECT_EQ(channel.StartAcquisition(text), 1);
+    EXPECT_EQ(start().result, 1);
     EXPECT_THAT(only().texts, ElementsAre("startAcquisition CoInit: stopped\n"));
 }
 
 TEST_F(Trace, SaysNothingOfAStartWhoseThreadHadComAlready) {
-    loadRig(rigs::grey());
-    CVideoChannel& channel = makeChannel();
-    trace_recorder::clear();
+    openThenTrace();
     win32::injectResults("CoInitializeEx", {S_FALSE, S_FALSE, RPC_E_CHANGED_MODE});
-    CHostText text;
-    EXPECT_EQ(channel.StartAcquisition(text), 0);
-    EXPECT_EQ(channel.StopAcquisition(text), 0);
-    EXPECT_EQ(channel.StartAcquisition(text), 0);
+    EXPECT_EQ(start(), accepted());
+    EXPECT_EQ(stop(), accepted());
+    EXPECT_EQ(start(), accepted());
     EXPECT_TRUE(trace_recorder::calls().empty());
     CoUninitialize();
 }
 
 TEST_F(Trace, MarksATimeOut) {
-    loadRig(rigs::grey());
-    CVideoChannel& channel = makeChannel();
-    trace_recorder::clear();
-    EXPECT_EQ(waitInVain(channel).status, 4096U);
-    EXPECT_EQ(only().format, "%s \n");
-    EXPECT_THAT(only().texts, ElementsAre("Timeout"));
+    openThenTrace();
+    EXPECT_EQ(waitInVain(), noFrame());
+    expectOnly("%s \n", {"Timeout"});
 }
 
 TEST_F(Trace, SaysNothingOfAWaitThatEndsOtherwise) {
-    loadRig(rigs::grey());
-    CVideoChannel& channel = makeChannel();
-    trace_recorder::clear();
+    openThenTrace();
     win32::injectResults("WaitForSingleObject", {WAIT_OBJECT_0, WAIT_FAILED, WAIT_ABANDONED});
-    waitFrame(channel);
-    waitFrame(channel);
-    waitFrame(channel);
+    wait();
+    wait();
+    wait();
     EXPECT_TRUE(trace_recorder::calls().empty());
 }
 

@@ -37,12 +37,12 @@ public:
 
     bool isUntouched(std::size_t first, std::size_t count) const {
         return std::all_of(data() + first, data() + first + count,
-                           [](std::uint8_t byte) { return byte == filler; });
+                           [](std::uint8_t each) { return each == filler; });
     }
     bool isUntouched() const { return isUntouched(0, m_size); }
     bool isGuardIntact() const {
         const auto holds = [](std::uint8_t value) {
-            return [value](std::uint8_t byte) { return byte == value; };
+            return [value](std::uint8_t each) { return each == value; };
         };
         return std::all_of(m_memory.begin(), m_memory.begin() + guard, holds(before)) &&
                std::all_of(m_memory.end() - guard, m_memory.end(), holds(behind));
@@ -57,6 +57,9 @@ private:
     std::size_t m_size;
     std::vector<std::uint8_t> m_memory;
 };
+
+// What a buffer reads as long as nobody has written it.
+inline constexpr const char* untouched = "(untouched)";
 
 // A text buffer of exactly the 256 bytes that every host grants.
 class CHostText {
@@ -74,6 +77,8 @@ public:
         }
         return start;
     }
+    // As above, or that nobody has written it.
+    std::string read() const { return isUntouched() ? untouched : text(); }
     bool isUntouched() const { return m_memory.isUntouched(); }
     void refill() { m_memory.refill(); }
 

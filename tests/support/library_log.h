@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Readers of the virtual cameras' call log.
+// What the virtual cameras were called for, and how they stand now.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,62 +14,62 @@
 
 namespace library_log {
 
-// "Grabber::openDev(SIM Mono 23) -> true", "MemBuffer::lock()".
-inline std::string line(const VirtualCamerasCall& call) {
-    std::string text = std::string(call.operation) + "(" + call.arguments + ")";
-    if (call.result[0] != '\0') {
-        text += std::string(" -> ") + call.result;
-    }
-    return text;
+// Each matches an operation as a whole ("Grabber::openDev") or a class ("Grabber::");
+// none at all matches everything.
+using Filters = std::vector<std::string_view>;
+
+inline bool matches(std::string_view operation, const Filters& filters) {
+    return filters.empty() ||
+           std::any_of(filters.begin(), filters.end(), [operation](std::string_view filter) {
+               return operation == filter ||
+                      (filter.ends_with("::") && operation.starts_with(filter));
+           });
 }
 
-inline std::vector<VirtualCamerasCall> calls(std::uint64_t from = 0) {
+inline std::vector<VirtualCamerasCall> calls(const Filters& filters, std::uint64_t from = 0) {
     std::vector<VirtualCamerasCall> all;
     VirtualCamerasCall call{};
     for (std::uint64_t i = from; virtualCamerasGetCall(i, &call) == 1; ++i) {
-        all.push_back(call);
+        if (matches(call.operation, filters)) {
+            all.push_back(call);
+        }
     }
     return all;
 }
 
-// A filter matches an operation as a whole ("Grabber::openDev"), a class
-// ("Grabber::"), or everything (no filter at all).
-inline bool matches(std::string_view operation, std::initializer_list<std::string_view> filters) {
-    if (filters.size() == 0) {
-        return true;
+template <class Text>
+std::vector<std::string> texts(const Filters& filters, std::uint64_t from, Text&& textOf) {
+    std::vector<std::string> all;
+    for (const VirtualCamerasCall& call : calls(filters, from)) {
+        all.push_back(textOf(call));
     }
-    for (const std::string_view filter : filters) {
-        const bool isClass = filter.size() > 2 && filter.substr(filter.size() - 2) == "::";
-        if (operation == filter || (isClass && operation.substr(0, filter.size()) == filter)) {
-            return true;
-        }
-    }
-    return false;
+    return all;
 }
 
-inline std::vector<std::string> lines(std::initializer_list<std::string_view> filters = {}) {
-    std::vector<std::string> texts;
-    for (const VirtualCamerasCall& call : calls()) {
-        if (matches(call.operation, filters)) {
-            texts.push_back(line(call));
-        }
-    }
-    return texts;
+// "MemBuffer::lock()", without the result.
+inline std::string invocation(const VirtualCamerasCall& call) {
+    return std::string(call.operation) + "(" + call.arguments + ")";
+}
+inline std::vector<std::string> invocations(const Filters& filters, std::uint64_t from = 0) {
+    return texts(filters, from, invocation);
 }
 
-// The operations alone, in order.
-inline std::vector<std::string> operations(std::initializer_list<std::string_view> filters = {}) {
-    std::vector<std::string> texts;
-    for (const VirtualCamerasCall& call : calls()) {
-        if (matches(call.operation, filters)) {
-            texts.emplace_back(call.operation);
-        }
-    }
-    return texts;
+// "Grabber::openDev(SIM Mono 23) -> true"; without the arrow where there is no result.
+inline std::vector<std::string> lines(const Filters& filters = {}) {
+    return texts(filters, 0, [](const VirtualCamerasCall& call) {
+        return invocation(call) +
+               (call.result[0] != '\0' ? std::string(" -> ") + call.result : std::string());
+    });
+}
+
+// The operations alone.
+inline std::vector<std::string> operations(const Filters& filters = {}) {
+    return texts(filters, 0,
+                 [](const VirtualCamerasCall& call) { return std::string(call.operation); });
 }
 
 inline std::size_t count(std::string_view operation) {
-    return lines({operation}).size();
+    return calls({operation}).size();
 }
 
 // Switching on empties the log.
@@ -78,3 +78,33 @@ inline void record() {
 }
 
 }  // namespace library_log
+
+// Objects of the library that live now.
+inline VirtualCamerasAlive alive() {
+    VirtualCamerasAlive counts{};
+    virtualCamerasGetAlive(&counts);
+    return counts;
+}
+
+// How a device's property stands behind the library's back.
+inline std::string deviceValue(const char* item, const char* element, const char* interfaceName,
+                               const char* camera = "1A2B") {
+    char text[512] = {};
+    EXPECT_EQ(virtualCamerasReadProperty(camera, item, element, interfaceName, text, sizeof(text)),
+              1);
+    return text;
+}
+
+inline std::int32_t references(const char* item, const char* element, const char* interfaceName,
+                               const char* camera = "1A2B") {
+    return virtualCamerasInterfaceReferences(camera, item, element, interfaceName);
+}
+
+// Locks of all buffers of a camera's ring; negative where it has none.
+inline std::int32_t lockedBuffers(const char* camera = "1A2B") {
+    std::int32_t locked = 0;
+    for (std::uint32_t buffer = 0; buffer < 5; ++buffer) {
+        locked += virtualCamerasBufferLocks(camera, buffer);
+    }
+    return locked;
+}

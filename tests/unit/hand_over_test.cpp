@@ -4,8 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <memory>
 #include <thread>
 #include <type_traits>
+#include <vector>
 
 namespace {
 
@@ -106,6 +109,35 @@ TEST(HandOver, HostsStepsLeaveTheDeliveryThreadItsBuffer) {
     EXPECT_TRUE(handOver.hostOwnsBuffer());
 }
 
+TEST(HandOver, AbandonedHandOverLeavesNoFrameAndGivesTheBufferBack) {
+    CHandOver handOver;
+    handOver.beginWait();
+    handOver.takeIfWaiting();
+    handOver.abandonHandOver();
+    EXPECT_FALSE(handOver.isReady());
+    EXPECT_TRUE(handOver.hostOwnsBuffer());
+    EXPECT_FALSE(handOver.takeIfWaiting());
+}
+
+TEST(HandOver, AbandonedHandOverKeepsTheNextWait) {
+    CHandOver handOver;
+    handOver.beginWait();
+    handOver.takeIfWaiting();
+    handOver.beginWait();
+    handOver.abandonHandOver();
+    EXPECT_TRUE(handOver.takeIfWaiting());
+}
+
+TEST(HandOver, EndingAHandOverKeepsTheNextWait) {
+    CHandOver handOver;
+    handOver.beginWait();
+    handOver.takeIfWaiting();
+    handOver.beginWait();
+    handOver.endHandOver();
+    EXPECT_TRUE(handOver.isReady());
+    EXPECT_TRUE(handOver.takeIfWaiting());
+}
+
 TEST(HandOver, RepeatedWaitIsOneWait) {
     CHandOver handOver;
     handOver.beginWait();
@@ -120,21 +152,86 @@ TEST(HandOver, IsNotCopied) {
     static_assert(!std::is_copy_assignable_v<CHandOver>);
 }
 
-// What the hand-over protects: plain memory, written by both threads in turn.
-struct Frame {
-    int number = 0;
-    int copyOfNumber = 0;
-    int readings = 0;  // written by the host thread
+// What the hand-over protects: plain memory, which both threads use in turn. Lies on
+// the heap with its hand-over: the thread sanitizer follows no local variable.
+struct Shared {
+    CHandOver handOver;
+    int hostsNote = 0;
+    int deliverysNote = 0;
+    int copyOfNote = 0;
 };
 
+template <class Condition>
+void spinUntil(Condition&& condition) {
+    while (!condition()) {
+        std::this_thread::yield();
+    }
+}
+
+TEST(HandOver, AWaitPublishesWhatTheHostWroteBeforeIt) {
+    const auto shared = std::make_unique<Shared>();
+    std::thread delivery([&] {
+        spinUntil([&] { return shared->handOver.takeIfWaiting(); });
+        EXPECT_EQ(7, shared->hostsNote);
+    });
+    shared->hostsNote = 7;
+    shared->handOver.beginWait();
+    delivery.join();
+}
+
+TEST(HandOver, AReadyFramePublishesWhatTheDeliveryThreadWroteBeforeIt) {
+    const auto shared = std::make_unique<Shared>();
+    // Orders nothing: the hand-over alone does.
+    std::atomic<bool> isRead{false};
+    shared->handOver.beginWait();
+    std::thread delivery([&] {
+        shared->deliverysNote = 7;
+        EXPECT_TRUE(shared->handOver.takeIfWaiting());
+        spinUntil([&] { return isRead.load(std::memory_order_relaxed); });
+        shared->handOver.endHandOver();
+    });
+    spinUntil([&] { return shared->handOver.isReady(); });
+    EXPECT_EQ(7, shared->deliverysNote);
+    isRead.store(true, std::memory_order_relaxed);
+    delivery.join();
+}
+
+TEST(HandOver, ABufferThatIsTheHostsAgainHoldsWhatTheDeliveryThreadWrote) {
+    const auto shared = std::make_unique<Shared>();
+    shared->handOver.beginWait();
+    std::thread delivery([&] {
+        EXPECT_TRUE(shared->handOver.takeIfWaiting());
+        shared->deliverysNote = 7;
+        shared->handOver.endHandOver();
+    });
+    spinUntil([&] { return shared->handOver.isReady() && shared->handOver.hostOwnsBuffer(); });
+    EXPECT_EQ(7, shared->deliverysNote);
+    delivery.join();
+}
+
+TEST(HandOver, AFrameAfterAWaitSeesWhatTheHostWroteBeforeItsEnd) {
+    const auto shared = std::make_unique<Shared>();
+    std::atomic<bool> isOver{false};
+    shared->handOver.beginWait();
+    std::thread delivery([&] {
+        spinUntil([&] { return isOver.load(std::memory_order_relaxed); });
+        EXPECT_FALSE(shared->handOver.takeIfWaiting());
+        EXPECT_EQ(7, shared->hostsNote);
+    });
+    shared->hostsNote = 7;
+    shared->handOver.endWait();
+    isOver.store(true, std::memory_order_relaxed);
+    delivery.join();
+}
+
 // Delivers numbered frames until told to stop.
-void deliver(CHandOver& handOver, Frame& frame, const std::atomic<bool>& stop) {
+void deliver(Shared& shared, const std::atomic<bool>& stop) {
     for (int number = 1; !stop.load(std::memory_order_relaxed); ++number) {
-        if (handOver.takeIfWaiting()) {
-            frame.number = number;
+        if (shared.handOver.takeIfWaiting()) {
+            shared.deliverysNote = number;
             std::this_thread::yield();
-            frame.copyOfNumber = number;
-            handOver.endHandOver();
+            shared.copyOfNote = number;
+            shared.handOver.endHandOver();
         }
         std::this_thread::yield();
     }
@@ -150,24 +247,23 @@ void waitForFrame(CHandOver& handOver, int patience) {
 }
 
 TEST(HandOver, FramesComeOverWholeAndInOrderWhateverTheHostsPatience) {
-    CHandOver handOver;
-    Frame frame;
+    const auto shared = std::make_unique<Shared>();
     std::atomic<bool> stop{false};
-    std::thread delivery([&] { deliver(handOver, frame, stop); });
+    std::thread delivery([&] { deliver(*shared, stop); });
 
     int copies = 0;
     int lastNumber = 0;
     int torn = 0;
     int outOfOrder = 0;
     for (int wait = 0; copies < 500; ++wait) {
-        waitForFrame(handOver, wait % 8);
+        waitForFrame(shared->handOver, wait % 8);
         // Also after a wait in vain: a delivery may be in its last steps, or done.
-        if (handOver.hostOwnsBuffer() && handOver.isReady()) {
-            torn += frame.number != frame.copyOfNumber ? 1 : 0;
-            outOfOrder += frame.number <= lastNumber ? 1 : 0;
-            lastNumber = frame.number;
-            ++frame.readings;
-            handOver.clearReady();
+        if (shared->handOver.hostOwnsBuffer() && shared->handOver.isReady()) {
+            torn += shared->deliverysNote != shared->copyOfNote ? 1 : 0;
+            outOfOrder += shared->deliverysNote <= lastNumber ? 1 : 0;
+            lastNumber = shared->deliverysNote;
+            ++shared->hostsNote;
+            shared->handOver.clearReady();
             ++copies;
         }
     }
@@ -175,7 +271,61 @@ TEST(HandOver, FramesComeOverWholeAndInOrderWhateverTheHostsPatience) {
     delivery.join();
     EXPECT_EQ(0, torn);
     EXPECT_EQ(0, outOfOrder);
-    EXPECT_EQ(500, frame.readings);
+    EXPECT_EQ(500, shared->hostsNote);
+}
+
+// A host of no patience: frames come while it gives up, and while it waits again. Often
+// enough for either to fall into the middle of a step of the delivery thread.
+constexpr int manyWaits = 300000;
+
+TEST(HandOver, AFrameSeesWhatTheHostWroteBeforeTheLatestOfManyWaits) {
+    const auto shared = std::make_unique<Shared>();
+    std::atomic<bool> stop{false};
+    std::thread delivery([&] {
+        int lastNote = 0;
+        while (!stop.load(std::memory_order_relaxed)) {
+            if (shared->handOver.takeIfWaiting()) {
+                EXPECT_GT(shared->hostsNote, lastNote);
+                lastNote = shared->hostsNote;
+                shared->handOver.endHandOver();
+            }
+        }
+    });
+    for (int wait = 1; wait <= manyWaits; ++wait) {
+        spinUntil([&] { return shared->handOver.hostOwnsBuffer(); });
+        shared->hostsNote = wait;
+        shared->handOver.beginWait();
+        shared->handOver.endWait();
+    }
+    stop.store(true, std::memory_order_relaxed);
+    delivery.join();
+}
+
+TEST(HandOver, ADroppedFrameSeesWhatTheHostWroteBeforeTheEndOfItsWait) {
+    const auto shared = std::make_unique<Shared>();
+    std::vector<int> notes(manyWaits + 1);
+    std::atomic<int> begun{0};
+    std::thread delivery([&] {
+        int taken = 0;
+        for (int wait = 0; wait < manyWaits;) {
+            wait = begun.load(std::memory_order_acquire);
+            if (shared->handOver.takeIfWaiting()) {
+                taken = shared->hostsNote;
+                shared->handOver.endHandOver();
+            } else if (wait > taken) {
+                EXPECT_EQ(wait, notes[static_cast<std::size_t>(wait)]);
+            }
+        }
+    });
+    for (int wait = 1; wait <= manyWaits; ++wait) {
+        spinUntil([&] { return shared->handOver.hostOwnsBuffer(); });
+        shared->hostsNote = wait;
+        shared->handOver.beginWait();
+        begun.store(wait, std::memory_order_release);
+        notes[static_cast<std::size_t>(wait)] = wait;
+        shared->handOver.endWait();
+    }
+    delivery.join();
 }
 
 }  // namespace

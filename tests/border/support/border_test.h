@@ -45,6 +45,16 @@ protected:
     const CCameraControl& control() const { return *m_control; }
     const CRunFolder& folder() const { return m_folder; }
     CHostChannel channel(std::int32_t index) const { return CHostChannel(*m_adapter, index); }
+    CHostChannel liveChannel(std::int32_t index) const {
+        CHostChannel live = channel(index);
+        EXPECT_EQ(live.start(), accepted());
+        return live;
+    }
+    CHostChannel channelIn(std::int32_t index, const char* pixelFormat) const {
+        CHostChannel camera = channel(index);
+        EXPECT_EQ(camera.set("pixelformat", pixelFormat), accepted());
+        return camera;
+    }
 
     CRunFolder m_folder;
     std::unique_ptr<CCameraControl> m_control;

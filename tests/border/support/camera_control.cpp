@@ -40,7 +40,7 @@ void CCameraControl::findAll() {
     find(clearFailures, "virtualCamerasClearFailures");
     find(recordCalls, "virtualCamerasRecordCalls");
     find(waitForCall, "virtualCamerasWaitForCall");
-    find(bufferLocks, "virtualCamerasBufferLocks");
+    find(m_bufferLocks, "virtualCamerasBufferLocks");
     find(m_chooseRig, "virtualCamerasChooseRig");
     find(m_loadRig, "virtualCamerasLoadRig");
     find(m_callCount, "virtualCamerasCallCount");
@@ -88,6 +88,14 @@ std::uint32_t CCameraControl::countOf(const char* operation) const {
         count += name == operation ? 1U : 0U;
     }
     return count;
+}
+
+std::int32_t CCameraControl::lockedBuffers(const char* camera) const {
+    std::int32_t locked = 0;
+    for (std::uint32_t buffer = 0; buffer < 5; ++buffer) {
+        locked += m_bufferLocks(camera, buffer);
+    }
+    return locked;
 }
 
 std::uint32_t CCameraControl::misuses() const {

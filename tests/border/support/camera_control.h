@@ -29,6 +29,8 @@ public:
     std::vector<std::string> operations() const;
     std::uint32_t countOf(const char* operation) const;
     std::vector<VirtualCamerasCall> calls() const;
+    // Of all buffers of a camera's ring.
+    std::int32_t lockedBuffers(const char* camera) const;
     std::uint32_t misuses() const;
     std::string lastMisuse() const;
     VirtualCamerasAlive alive() const;
@@ -46,7 +48,6 @@ public:
     decltype(&virtualCamerasClearFailures) clearFailures = nullptr;
     decltype(&virtualCamerasRecordCalls) recordCalls = nullptr;
     decltype(&virtualCamerasWaitForCall) waitForCall = nullptr;
-    decltype(&virtualCamerasBufferLocks) bufferLocks = nullptr;
 
 private:
     template <class Function>
@@ -59,6 +60,7 @@ private:
     decltype(&virtualCamerasLoadRig) m_loadRig = nullptr;
     decltype(&virtualCamerasCallCount) m_callCount = nullptr;
     decltype(&virtualCamerasGetCall) m_getCall = nullptr;
+    decltype(&virtualCamerasBufferLocks) m_bufferLocks = nullptr;
     decltype(&virtualCamerasMisuses) m_misuses = nullptr;
     decltype(&virtualCamerasGetAlive) m_getAlive = nullptr;
     decltype(&virtualCamerasReadProperty) m_readProperty = nullptr;
