@@ -27,7 +27,7 @@ for page in $pages; do
         case $file in
         build/*) continue ;;
         esac
-        [ -e "$file" ] || report "$page: there is no file $file"
+        [ -e "$file" ] || [ -e "$(dirname "$page")/$file" ] || report "$page: there is no file $file"
     done
     for link in $(grep -oE '\]\([A-Za-z0-9_./-]+(#[a-z0-9-]*)?\)' "$page" | sed -E 's/\]\(([^)#]*).*/\1/' | sort -u); do
         [ -z "$link" ] || [ -e "$(dirname "$page")/$link" ] || report "$page: links to $link, which is not there"
