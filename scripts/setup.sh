@@ -8,7 +8,7 @@ set -euo pipefail
 demo_packages=(
     cmake g++ g++-mingw-w64-x86-64-posix googletest ninja-build
     libcli11-dev libstb-dev libtomlplusplus-dev nlohmann-json3-dev
-    wine wine64 xvfb
+    wine wine64 wine64-preloader xvfb
 )
 test_packages=(
     "${demo_packages[@]}"
