@@ -62,7 +62,10 @@ if(VELMORA_CHECKS)
     velmora_add_check(Sources.IncludeOnlyWhatTheLayoutAllows ${scripts}/check_includes.sh)
     velmora_add_check(Sources.IncludeCheckFindsBadEdges ${scripts}/check_includes_test.sh)
     velmora_add_check(Docs.NameTestsAndFilesThatAreThere ${scripts}/check_docs.sh)
+    velmora_add_check(Sources.TidyCheckRemembersWhatPassed ${scripts}/check_tidy_test.sh)
     velmora_add_check(Sources.PassClangTidy ${scripts}/check_tidy.sh ${PROJECT_BINARY_DIR})
-    set_tests_properties(${VELMORA_BUILD_NAME}/Sources.PassClangTidy PROPERTIES TIMEOUT 3600
-                                                                               PROCESSORS 2)
+    # The longest of all, and on every core: first.
+    cmake_host_system_information(RESULT cores QUERY NUMBER_OF_LOGICAL_CORES)
+    set_tests_properties(${VELMORA_BUILD_NAME}/Sources.PassClangTidy
+                         PROPERTIES TIMEOUT 3600 PROCESSORS ${cores} COST 10000)
 endif()

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-# GoogleTest from its sources, compiled for the target with the build's own flags.
+# GoogleTest from its sources, compiled for the target with the build's own flags, and
+# what the test programs share in how they are compiled.
 include(GoogleTest)
 
 set(VELMORA_GOOGLE_TEST /usr/src/googletest CACHE PATH "Folder of GoogleTest's sources")
@@ -11,3 +12,26 @@ set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
 set(gtest_force_shared_crt OFF CACHE BOOL "" FORCE)
 # Not part of "all": only what a test links is compiled.
 add_subdirectory(${VELMORA_GOOGLE_TEST} ${PROJECT_BINARY_DIR}/google_test EXCLUDE_FROM_ALL)
+
+# Test code is compiled far more often than it is run.
+function(target_use_test_code target)
+    if(NOT MSVC AND NOT CMAKE_BUILD_TYPE STREQUAL Debug)
+        target_compile_options(${target} PRIVATE -O1)
+    endif()
+endfunction()
+
+foreach(target IN ITEMS gtest gtest_main gmock)
+    target_use_test_code(${target})
+endforeach()
+
+# GoogleTest's headers, parsed once for all test programs. Nothing else is among them:
+# a test's other includes are its own. A launcher's cache would miss each use of them.
+if(CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
+endif()
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/google_test/test_headers.cpp CONTENT "" @ONLY)
+add_library(test_headers OBJECT ${PROJECT_BINARY_DIR}/google_test/test_headers.cpp)
+target_link_libraries(test_headers PRIVATE gmock gtest)
+target_precompile_headers(test_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+target_use_warnings(test_headers)
+target_use_test_code(test_headers)

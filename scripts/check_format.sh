@@ -12,5 +12,6 @@ fi
 formatter=clang-format-14
 command -v "$formatter" >/dev/null || formatter=clang-format
 
-find include platform capture properties acquisition adapter virtual_cameras camhost tests fuzz bench \
-    -name '*.h' -o -name '*.c' -o -name '*.cpp' | sort | xargs "$formatter" "${mode[@]}"
+find . \( -path ./build -o -path ./out -o -name '.?*' \) -prune \
+    -o \( -name '*.h' -o -name '*.c' -o -name '*.cpp' \) -print0 |
+    sort -z | xargs -0 "$formatter" "${mode[@]}"

@@ -1,16 +1,24 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
+# Usage: test.sh [--quick] [CTEST-ARGUMENT...]
 # Everything: set-up, all builds, all tests and checks. Ends with CTest's summary over
-# all builds together. Further arguments go to CTest (such as -R border).
+# all builds together. With --quick the native build and its tests alone, and no
+# clang-tidy. Further arguments go to CTest (such as -R border).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/setup.sh test
-
 presets=(windows native asan-ubsan tsan)
-if compgen -G 'fuzz/*_fuzz.cpp' >/dev/null; then
-    presets+=(fuzz)
+session=(scripts/wine_env.sh)
+tests=build
+if [ "${1:-}" = --quick ]; then
+    shift
+    presets=(native)
+    session=()
+    tests=build/native
+    set -- --exclude-regex 'Sources\.PassClangTidy' "$@"
 fi
+
+scripts/setup.sh test
 
 for preset in "${presets[@]}"; do
     echo "== Building: $preset"
@@ -23,9 +31,11 @@ for preset in "${presets[@]}"; do
     fi
 done
 
-# One CTest run over all builds.
-printf 'subdirs("%s")\n' "${presets[@]}" >build/CTestTestfile.cmake
+if [ "$tests" = build ]; then
+    # One CTest run over all builds.
+    printf 'subdirs("%s")\n' "${presets[@]}" >build/CTestTestfile.cmake
+fi
 
 echo "== Testing"
-exec scripts/wine_env.sh ctest --test-dir build --output-on-failure --no-tests=error \
+exec "${session[@]}" ctest --test-dir "$tests" --output-on-failure --no-tests=error \
     --parallel "$(nproc)" "$@"
