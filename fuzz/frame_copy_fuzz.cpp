@@ -19,7 +19,9 @@ constexpr std::size_t mostPixels = 1 << 14;
 struct Frame {
     std::int32_t width;
     std::int32_t height;
-    std::size_t offset;  // of the destination, off its alignment
+    // Off the alignment of memory.
+    std::size_t sourceOffset;
+    std::size_t offset;
     Bytes source;
 
     std::size_t columns() const { return static_cast<std::size_t>(std::max(width, 0)); }
@@ -33,12 +35,13 @@ struct Frame {
 // Runs the copy into memory of exactly `size` bytes, with the same bytes each time.
 template <class Copy>
 Bytes result(const Frame& frame, std::size_t size, const Copy& copy) {
-    const auto source = std::make_unique<std::uint8_t[]>(frame.source.size());
-    std::copy(frame.source.begin(), frame.source.end(), source.get());
+    const auto source = std::make_unique<std::uint8_t[]>(frame.sourceOffset + frame.source.size());
+    std::copy(frame.source.begin(), frame.source.end(), source.get() + frame.sourceOffset);
     const std::size_t all = frame.offset + size;
     const auto destination = std::make_unique<std::uint8_t[]>(all);
     std::fill_n(destination.get(), all, untouched);
-    copy(destination.get() + frame.offset, std::span(source.get(), frame.source.size()));
+    copy(destination.get() + frame.offset,
+         std::span(source.get() + frame.sourceOffset, frame.source.size()));
     require(std::all_of(destination.get(), destination.get() + frame.offset,
                         [](std::uint8_t byte) { return byte == untouched; }),
             "nothing is written before the destination");
@@ -90,6 +93,20 @@ void checkMosaic(const FrameCopyKernels& kernels, const Frame& frame) {
             "nothing is written behind the last pair of the mosaic");
 }
 
+void checkCopies(const FrameCopyKernels& kernels, const Frame& frame, std::size_t blockSize) {
+    checkBlock(kernels, frame, blockSize);
+    checkShifted(kernels, frame);
+    checkMosaic(kernels, frame);
+}
+
+// The set that needs just these features, where the processor has them.
+void checkSetFor(const ProcessorFeatures& needs, const Frame& frame, std::size_t blockSize) {
+    const ProcessorFeatures has = processorFeatures();
+    if ((!needs.ssse3 || has.ssse3) && (!needs.avx2 || has.avx2)) {
+        checkCopies(frameCopyKernelsFor(needs), frame, blockSize);
+    }
+}
+
 // Mostly small, and now and then at a limit.
 std::int32_t takeLength(CFuzzInput& input) {
     const auto length = input.take<std::int16_t>();
@@ -106,7 +123,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Frame frame{};
     frame.width = takeLength(input);
     frame.height = takeLength(input);
-    frame.offset = input.take<std::uint8_t>() % 65;
+    const auto offsets = input.take<std::uint8_t>();
+    frame.offset = offsets % 65;
+    frame.sourceOffset = offsets % 33;
     const auto length = input.take<std::uint16_t>();
     const std::string seed = input.takeRest();
     if (frame.columns() * frame.rows() > mostPixels) {
@@ -120,10 +139,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         frame.source[i] =
             seed.empty() ? varied : static_cast<std::uint8_t>(seed[i % seed.size()] + varied);
     }
-    for (const FrameCopyKernels* kernels : {&scalarFrameCopyKernels(), &frameCopyKernels()}) {
-        checkBlock(*kernels, frame, std::min<std::size_t>(length, mostPixels));
-        checkShifted(*kernels, frame);
-        checkMosaic(*kernels, frame);
-    }
+    const std::size_t blockSize = std::min<std::size_t>(length, mostPixels);
+    checkSetFor({}, frame, blockSize);
+    checkSetFor({.ssse3 = true}, frame, blockSize);
+    checkSetFor({.ssse3 = true, .avx2 = true}, frame, blockSize);
+    checkCopies(frameCopyKernels(), frame, blockSize);
     return 0;
 }

@@ -15,7 +15,8 @@ platform:
 capture/library: platform
 capture: platform capture/library
 properties: include/velmora platform capture
-acquisition: include/velmora platform capture
+acquisition/kernels:
+acquisition: include/velmora platform capture acquisition/kernels
 adapter: include/velmora platform capture properties acquisition
 virtual_cameras:
 virtual_cameras/scenes:
@@ -33,9 +34,9 @@ camhost/grab: include/velmora camhost/base camhost/camera camhost/pictures
 camhost/commands: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab
 camhost/application: camhost/base camhost/camera camhost/commands
 camhost/win32: camhost/base camhost/application
-fuzz: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras camhost/*
-bench: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras camhost/*
-tests: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras virtual_cameras/scenes virtual_cameras/live camhost/* fuzz
+fuzz: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/*
+bench: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/*
+tests: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras virtual_cameras/scenes virtual_cameras/live camhost/* fuzz
 '
 # The files and folders that may name the headers of Windows.
 knows_windows='platform/windows.h camhost/win32 tests'

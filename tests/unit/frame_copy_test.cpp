@@ -6,22 +6,13 @@
 
 #include <algorithm>
 #include <memory>
-#include <string>
 #include <vector>
+
+#include "tests/support/kernel_sets.h"
 
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-struct KernelSet {
-    const char* name;
-    const FrameCopyKernels* kernels;
-};
-
-// A new set of kernels takes one line here and is then held to all of this file.
-std::vector<KernelSet> kernelSets() {
-    return {{"Scalar", &scalarFrameCopyKernels()}, {"Best", &frameCopyKernels()}};
-}
 
 constexpr std::uint8_t untouched = 0xEE;
 
@@ -117,36 +108,35 @@ Bytes mosaicByHand(const Bytes& source, std::int32_t width, std::int32_t height)
     return result;
 }
 
-class FrameCopy : public testing::TestWithParam<KernelSet> {
+class FrameCopy : public KernelSetTest {
 protected:
-    static Bytes block(const Bytes& bytes, std::size_t size) {
+    Bytes block(const Bytes& bytes, std::size_t size) {
         const Source source(bytes);
         Destination destination(size);
-        GetParam().kernels->block(destination.data(), source.span(), size);
+        kernels().block(destination.data(), source.span(), size);
         EXPECT_TRUE(destination.guardsStand());
         return destination.content();
     }
-    static Bytes shifted(const Bytes& bytes, std::int32_t width, std::int32_t height) {
+    Bytes shifted(const Bytes& bytes, std::int32_t width, std::int32_t height) {
         const Source source(bytes);
         Destination destination(sizeOf(width, height));
-        GetParam().kernels->shifted(destination.data(), source.span(), width, height);
+        kernels().shifted(destination.data(), source.span(), width, height);
         EXPECT_TRUE(destination.guardsStand());
         return destination.content();
     }
     // With exactly the slack of an odd width: one byte per row.
-    static Bytes mosaic(const Bytes& bytes, std::int32_t width, std::int32_t height,
-                        std::size_t offset = 0) {
+    Bytes mosaic(const Bytes& bytes, std::int32_t width, std::int32_t height,
+                 std::size_t offset = 0) {
         const Source source(bytes);
         const std::int32_t rowBytes = width > 0 ? width + width % 2 : 0;
         Destination destination(sizeOf(rowBytes, height), offset);
-        GetParam().kernels->mosaic(destination.data(), source.span(), width, height);
+        kernels().mosaic(destination.data(), source.span(), width, height);
         EXPECT_TRUE(destination.guardsStand());
         return destination.content();
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Kernels, FrameCopy, testing::ValuesIn(kernelSets()),
-                         [](const auto& set) { return std::string(set.param.name); });
+INSTANTIATE_TEST_SUITE_P(Kernels, FrameCopy, testing::ValuesIn(kernelSets()), nameOfKernelSet);
 
 TEST_P(FrameCopy, BlockCopiesTheBytesAsTheyAre) {
     EXPECT_EQ((Bytes{1, 2, 3, 4, 5}), block({1, 2, 3, 4, 5}, 5));
@@ -154,6 +144,19 @@ TEST_P(FrameCopy, BlockCopiesTheBytesAsTheyAre) {
     EXPECT_EQ(Bytes{}, block({1, 2, 3}, 0));
     const Bytes large = pattern(100003);
     EXPECT_EQ(large, block(large, large.size()));
+}
+
+TEST_P(FrameCopy, BlockOfAboutAMegabyteAndMoreIsCopiedAsItIs) {
+    for (const std::size_t size : {1048575U, 1048576U, 1048577U, 3000001U}) {
+        const Bytes source = pattern(size);
+        // Not by value: a failure would print it all.
+        EXPECT_TRUE(source == block(source, size)) << size;
+        Bytes expected = source;
+        expected.resize(size + 5, untouched);
+        EXPECT_TRUE(expected == block(source, size + 5)) << size << ", five asked for too many";
+        expected.resize(size - 5);
+        EXPECT_TRUE(expected == block(source, size - 5)) << size << ", five asked for too few";
+    }
 }
 
 TEST_P(FrameCopy, BlockIsCutToTheSource) {
@@ -169,9 +172,9 @@ TEST_P(FrameCopy, BlockIsCutToTheSource) {
 
 TEST_P(FrameCopy, EmptySourceWithoutMemoryIsFine) {
     Destination destination(4);
-    GetParam().kernels->block(destination.data(), {}, 4);
-    GetParam().kernels->shifted(destination.data(), {}, 2, 2);
-    GetParam().kernels->mosaic(destination.data(), {}, 2, 2);
+    kernels().block(destination.data(), {}, 4);
+    kernels().shifted(destination.data(), {}, 2, 2);
+    kernels().mosaic(destination.data(), {}, 2, 2);
     EXPECT_EQ(Bytes(4, untouched), destination.content());
 }
 

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+// Every set of kernels against the scalar one, in memory whose neighbours no kernel may
+// touch: neither before nor behind, on neither side.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+#include "tests/support/guarded_pages.h"
+#include "tests/support/kernel_sets.h"
+
+namespace {
+
+using Bytes = std::span<std::uint8_t>;
+
+constexpr std::uint8_t untouched = 0xEE;
+
+void fillWithPattern(std::span<std::uint8_t> bytes) {
+    std::uint32_t state = 4711;
+    for (std::uint8_t& byte : bytes) {
+        state = state * 1664525U + 1013904223U;
+        byte = static_cast<std::uint8_t>(state >> 24U);
+    }
+}
+
+class GuardedFrameCopy : public KernelSetTest {
+protected:
+    // Runs `copy` with the set and with the scalar one, at either end of the memory.
+    template <class Copy>
+    void compare(std::size_t sourceSize, std::size_t destinationSize, const Copy& copy) {
+        const CGuardedPages& from = m_source;
+        const CGuardedPages& to = m_destination;
+        compareAt(from.first(sourceSize), to.first(destinationSize), copy);
+        compareAt(from.last(sourceSize), to.last(destinationSize), copy);
+    }
+    void compareMosaic(std::int32_t width, std::int32_t height, std::size_t cut) {
+        const auto columns = static_cast<std::size_t>(width);
+        const auto rows = static_cast<std::size_t>(height);
+        const std::size_t size = columns * rows * 4;
+        compare(size - std::min(size, cut), (columns + columns % 2) * rows,
+                [&](const FrameCopyKernels& set, std::uint8_t* to, auto from) {
+                    set.mosaic(to, from, width, height);
+                });
+    }
+    void compareShifted(std::int32_t width, std::int32_t height, std::size_t cut) {
+        const std::size_t size = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+        // The last row, and the last column before it, are not the kernel's.
+        const std::size_t written =
+            height > 1 && width > 1 ? size - static_cast<std::size_t>(width) - 1 : 0;
+        compare(size - std::min(size, cut), written,
+                [&](const FrameCopyKernels& set, std::uint8_t* to, auto from) {
+                    set.shifted(to, from, width, height);
+                });
+    }
+
+private:
+    template <class Copy>
+    void compareAt(Bytes source, Bytes destination, const Copy& copy) {
+        fillWithPattern(source);
+        std::ranges::fill(destination, untouched);
+        copy(scalarFrameCopyKernels(), destination.data(), std::span<const std::uint8_t>(source));
+        const std::vector<std::uint8_t> expected(destination.begin(), destination.end());
+        std::ranges::fill(destination, untouched);
+        copy(kernels(), destination.data(), std::span<const std::uint8_t>(source));
+        ASSERT_TRUE(std::ranges::equal(expected, destination));
+    }
+
+    static constexpr std::size_t mostBytes = std::size_t{5} << 20U;
+    const CGuardedPages m_source{mostBytes};
+    const CGuardedPages m_destination{mostBytes};
+};
+
+INSTANTIATE_TEST_SUITE_P(Kernels, GuardedFrameCopy, testing::ValuesIn(kernelSets()),
+                         nameOfKernelSet);
+
+TEST_P(GuardedFrameCopy, MosaicOfEveryWidthTo200TouchesNothingElse) {
+    for (std::int32_t width = 1; width <= 200; ++width) {
+        for (std::int32_t height = 1; height <= 4; ++height) {
+            SCOPED_TRACE(testing::Message() << width << " x " << height);
+            ASSERT_NO_FATAL_FAILURE(compareMosaic(width, height, 0));
+        }
+    }
+}
+
+TEST_P(GuardedFrameCopy, MosaicOfACutSourceTouchesNothingElse) {
+    for (const std::int32_t width : {15, 16, 17, 31, 32, 33, 63, 64, 65, 97}) {
+        for (std::size_t cut = 1; cut <= static_cast<std::size_t>(width) * 4 + 5; ++cut) {
+            SCOPED_TRACE(testing::Message() << width << " x 3, " << cut << " bytes short");
+            ASSERT_NO_FATAL_FAILURE(compareMosaic(width, 3, cut));
+        }
+    }
+}
+
+TEST_P(GuardedFrameCopy, MosaicOfCameraFramesTouchesNothingElse) {
+    ASSERT_NO_FATAL_FAILURE(compareMosaic(640, 480, 0));
+    ASSERT_NO_FATAL_FAILURE(compareMosaic(639, 479, 0));
+    ASSERT_NO_FATAL_FAILURE(compareMosaic(1281, 963, 0));
+    ASSERT_NO_FATAL_FAILURE(compareMosaic(1281, 963, 12345));
+}
+
+TEST_P(GuardedFrameCopy, ShiftedRawOfEveryWidthTo200TouchesNothingElse) {
+    for (std::int32_t width = 1; width <= 200; ++width) {
+        for (std::int32_t height = 1; height <= 4; ++height) {
+            SCOPED_TRACE(testing::Message() << width << " x " << height);
+            ASSERT_NO_FATAL_FAILURE(compareShifted(width, height, 0));
+        }
+    }
+}
+
+TEST_P(GuardedFrameCopy, ShiftedRawOfACutSourceTouchesNothingElse) {
+    for (const std::int32_t width : {16, 17, 18, 32, 33, 34, 64, 65, 66, 97}) {
+        for (std::size_t cut = 1; cut <= static_cast<std::size_t>(width) + 5; ++cut) {
+            SCOPED_TRACE(testing::Message() << width << " x 3, " << cut << " bytes short");
+            ASSERT_NO_FATAL_FAILURE(compareShifted(width, 3, cut));
+        }
+    }
+}
+
+TEST_P(GuardedFrameCopy, ShiftedRawOfCameraFramesTouchesNothingElse) {
+    ASSERT_NO_FATAL_FAILURE(compareShifted(640, 480, 0));
+    ASSERT_NO_FATAL_FAILURE(compareShifted(639, 479, 0));
+    ASSERT_NO_FATAL_FAILURE(compareShifted(1281, 963, 0));
+    ASSERT_NO_FATAL_FAILURE(compareShifted(1281, 963, 12345));
+}
+
+TEST_P(GuardedFrameCopy, BlockTouchesNothingElse) {
+    for (const std::size_t size : {0U, 1U, 31U, 4096U, 307200U, 1048576U, 1228801U}) {
+        SCOPED_TRACE(size);
+        ASSERT_NO_FATAL_FAILURE(
+            compare(size, size, [size](const FrameCopyKernels& set, std::uint8_t* to, auto from) {
+                set.block(to, from, size + 100);
+            }));
+    }
+}
+
+}  // namespace
