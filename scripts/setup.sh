@@ -1,8 +1,8 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
-# Usage: setup.sh demo|test
-# Installs the Debian 12 packages that the demo or the tests need and that are not
-# there yet. As root, or through sudo.
+# Usage: setup.sh demo|test|bench
+# Installs the Debian 12 packages that the demo, the tests or the benchmarks need and
+# that are not there yet. As root, or through sudo.
 set -euo pipefail
 
 demo_packages=(
@@ -14,12 +14,18 @@ test_packages=(
     "${demo_packages[@]}"
     clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev
 )
+bench_packages=(
+    "${demo_packages[@]}"
+    gnuplot-nox gstreamer1.0-plugins-bad libaravis-dev libglib2.0-dev libgstreamer1.0-dev
+    libusb-1.0-0-dev libyuv0 pkg-config
+)
 
 case ${1:-} in
 demo) wanted=("${demo_packages[@]}") ;;
 test) wanted=("${test_packages[@]}") ;;
+bench) wanted=("${bench_packages[@]}") ;;
 *)
-    echo "usage: setup.sh demo|test" >&2
+    echo "usage: setup.sh demo|test|bench" >&2
     exit 2
     ;;
 esac

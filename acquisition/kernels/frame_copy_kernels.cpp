@@ -7,12 +7,9 @@
 
 namespace {
 
-// Below this the C library's copy is as fast, also where it does not know the
+// Below this a copy of the C library is as fast, also of one that does not know the
 // processor's string move.
-constexpr std::size_t leastStringMove = std::size_t{1} << 20U;
-
-constexpr VectorRows ssse3Rows = {leastBytesSsse3, &mosaicRowsSsse3, &shiftRowsSsse3};
-constexpr VectorRows avx2Rows = {leastBytesAvx2, &mosaicRowsAvx2, &shiftRowsAvx2};
+constexpr std::size_t leastStringMove = std::size_t{256} << 10U;
 
 void copyBlockWithStringMove(std::uint8_t* destination, std::span<const std::uint8_t> source,
                              std::size_t size) {

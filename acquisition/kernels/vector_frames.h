@@ -18,6 +18,9 @@ struct VectorRows {
     ShiftRows* shift;
 };
 
+inline constexpr VectorRows ssse3Rows = {leastBytesSsse3, &mosaicRowsSsse3, &shiftRowsSsse3};
+inline constexpr VectorRows avx2Rows = {leastBytesAvx2, &mosaicRowsAvx2, &shiftRowsAvx2};
+
 // The rows that lie inside the source go to the vectors, a cut one and those that
 // are too short to the scalar set.
 template <const VectorRows& vectors>

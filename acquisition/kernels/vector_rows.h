@@ -18,10 +18,10 @@ using ShiftRows = void(std::uint8_t* destination, const std::uint8_t* source, st
                        std::size_t rows) noexcept;
 
 // Rows of fewer bytes than fill a register are not for these functions.
-constexpr std::size_t leastBytesSsse3 = 16;
+inline constexpr std::size_t leastBytesSsse3 = 16;
 MosaicRows mosaicRowsSsse3;
 ShiftRows shiftRowsSsse3;
 
-constexpr std::size_t leastBytesAvx2 = 32;
+inline constexpr std::size_t leastBytesAvx2 = 32;
 MosaicRows mosaicRowsAvx2;
 ShiftRows shiftRowsAvx2;

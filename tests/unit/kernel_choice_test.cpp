@@ -9,6 +9,7 @@
 #include <string>
 
 #include "acquisition/frame_copy.h"
+#include "acquisition/kernels/vector_frames.h"
 
 namespace {
 
@@ -77,17 +78,24 @@ TEST(KernelChoice, WithoutFeaturesIsTheScalarSet) {
     EXPECT_EQ(scalarFrameCopyKernels().mosaic, set.mosaic);
 }
 
-TEST(KernelChoice, DiffersByInstructionSet) {
-    const FrameCopyKernels scalar = scalarFrameCopyKernels();
+TEST(KernelChoice, TakesTheRowsOfTheWidestInstructionSet) {
     const FrameCopyKernels narrow = frameCopyKernelsFor({.ssse3 = true});
+    EXPECT_EQ(&copyMosaicBy<ssse3Rows>, narrow.mosaic);
+    EXPECT_EQ(&copyShiftedBy<ssse3Rows>, narrow.shifted);
+    EXPECT_EQ(scalarFrameCopyKernels().block, narrow.block);
     const FrameCopyKernels wide = frameCopyKernelsFor({.ssse3 = true, .avx2 = true});
-    EXPECT_NE(scalar.mosaic, narrow.mosaic);
-    EXPECT_NE(scalar.shifted, narrow.shifted);
-    EXPECT_NE(narrow.mosaic, wide.mosaic);
-    EXPECT_NE(narrow.shifted, wide.shifted);
-    EXPECT_NE(scalar.mosaic, wide.mosaic);
-    EXPECT_NE(scalar.shifted, wide.shifted);
-    EXPECT_EQ(scalar.block, wide.block);
+    EXPECT_EQ(&copyMosaicBy<avx2Rows>, wide.mosaic);
+    EXPECT_EQ(&copyShiftedBy<avx2Rows>, wide.shifted);
+    EXPECT_EQ(scalarFrameCopyKernels().block, wide.block);
+}
+
+TEST(KernelChoice, TellsTheRowsOfEachInstructionSetApart) {
+    EXPECT_EQ(&mosaicRowsSsse3, ssse3Rows.mosaic);
+    EXPECT_EQ(&shiftRowsSsse3, ssse3Rows.shift);
+    EXPECT_EQ(16U, ssse3Rows.leastBytes);
+    EXPECT_EQ(&mosaicRowsAvx2, avx2Rows.mosaic);
+    EXPECT_EQ(&shiftRowsAvx2, avx2Rows.shift);
+    EXPECT_EQ(32U, avx2Rows.leastBytes);
 }
 
 TEST(KernelChoice, OfTheBlockGoesByStringMovesAlone) {
