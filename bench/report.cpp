@@ -18,14 +18,14 @@ namespace {
 
 using nlohmann::ordered_json;
 
-std::string number(const char* format, double value) {
+std::string number(int decimals, double value) {
     char text[32];
-    std::snprintf(text, sizeof(text), format, value);
+    std::snprintf(text, sizeof(text), "%.*f", decimals, value);
     return text;
 }
 
 std::string microseconds(double value) {
-    return number(value < 10 ? "%.2f" : value < 100 ? "%.1f" : "%.0f", value);
+    return number(value < 10 ? 2 : value < 100 ? 1 : 0, value);
 }
 
 std::vector<ordered_json> readAll(const std::filesystem::path& folder) {
@@ -149,7 +149,7 @@ private:
                 cells.push_back(row == nullptr
                                     ? "-"
                                     : microseconds(row->at("median").get<double>()) + " (" +
-                                          number("%.2f", row->at("ratio").get<double>()) + ")");
+                                          number(2, row->at("ratio").get<double>()) + ")");
             }
             printLine(cells);
         }
@@ -158,7 +158,7 @@ private:
             for (const std::string& name : names) {
                 const ordered_json* row = rowOf(*one, name);
                 graph << ' '
-                      << (row == nullptr ? "nan" : number("%.4f", row->at("ratio").get<double>()));
+                      << (row == nullptr ? "nan" : number(4, row->at("ratio").get<double>()));
             }
             graph << '\n';
         }
@@ -191,7 +191,7 @@ private:
             for (const auto& target : cases[i]->at("targets")) {
                 const std::string line = "**" + target.at("subject").get<std::string>() +
                                          "** at most " +
-                                         number("%.2f", target.at("limit").get<double>()) + " x " +
+                                         number(2, target.at("limit").get<double>()) + " x " +
                                          target.at("reference").get<std::string>();
                 if (cells.emplace(line, std::vector<std::string>(cases.size(), "")).second) {
                     lines.push_back(line);
@@ -208,16 +208,16 @@ private:
 
     std::string judge(const std::string& title, const ordered_json& one,
                       const ordered_json& target) {
-        const std::string ratio = number("%.2f", target.at("ratio").get<double>());
+        const std::string ratio = number(2, target.at("ratio").get<double>());
         if (target.at("met").get<bool>()) {
             ++m_met;
             return ratio + " met";
         }
         m_missed.push_back(m_system + ": " + title + ", " + one.at("name").get<std::string>() +
                            ": " + target.at("subject").get<std::string>() + " takes " +
-                           number("%.3f", target.at("ratio").get<double>()) + " x " +
+                           number(3, target.at("ratio").get<double>()) + " x " +
                            target.at("reference").get<std::string>() + ", at most " +
-                           number("%.2f", target.at("limit").get<double>()));
+                           number(2, target.at("limit").get<double>()));
         return ratio + " **missed**";
     }
 
@@ -236,7 +236,7 @@ private:
             if (std::find(names.begin(), names.end(), name) == names.end()) {
                 names.push_back(name);
             }
-            cells[name][column] = number("%.4g", value->at("value").get<double>());
+            cells[name][column] = number(4, value->at("value").get<double>());
         }
         std::vector<std::string> head = {title};
         head.insert(head.end(), columns.begin(), columns.end());
