@@ -26,6 +26,7 @@ const Target* atOffset(std::uint64_t offset) {
                                            static_cast<std::uintptr_t>(offset));
 }
 
+// NOLINTBEGIN(cppcoreguidelines-pro-type-union-access): the linker lays the table out so.
 // Whether the library has every function in the import's table of names.
 bool hasEveryFunction(const ImgDelayDescr& import) {
     for (const auto* name = atOffset<IMAGE_THUNK_DATA>(import.rvaINT); name->u1.AddressOfData != 0;
@@ -38,6 +39,7 @@ bool hasEveryFunction(const ImgDelayDescr& import) {
     }
     return true;
 }
+// NOLINTEND(cppcoreguidelines-pro-type-union-access)
 
 // Stands in for InitLibrary, which comes before any other call.
 bool refuseToStart() {
