@@ -13,6 +13,7 @@ namespace {
 // camera does not have.
 std::vector<std::string> readTexts(CSettings& settings) {
     std::vector<std::string> texts;
+    texts.reserve(blockKeys.size());
     for (const char* key : blockKeys) {
         texts.push_back(settings.hasKey(key) ? settings.read(key).text : "");
     }
