@@ -59,8 +59,12 @@ void CVideoChannel::openDevice(const DShowLib::VideoCaptureDeviceItem& item) {
 }
 
 void CVideoChannel::takeSize() {
-    m_width = static_cast<std::int32_t>(m_grabber.getAcqSizeMaxX());
-    m_height = static_cast<std::int32_t>(m_grabber.getAcqSizeMaxY());
+    // Both are asked for before either is taken: half a size would be one that no host
+    // knows of.
+    const LONG width = m_grabber.getAcqSizeMaxX();
+    const LONG height = m_grabber.getAcqSizeMaxY();
+    m_width = static_cast<std::int32_t>(width);
+    m_height = static_cast<std::int32_t>(height);
 }
 
 void CVideoChannel::writeSerialText() {

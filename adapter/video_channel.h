@@ -86,8 +86,9 @@ private:
     // Taken at construction and at every successful start, in pixels.
     std::int32_t m_width = 0;
     std::int32_t m_height = 0;
-    // A device that came back may have another format than the host knows of.
-    bool m_restoredSinceStart = false;
+    // A device that came back, or was started without telling its size, may have another
+    // format than the host knows of.
+    bool m_sizeMayBeOld = false;
 
     // Shared with the delivery thread. Outlives the grabber, which is the last to deliver.
     CListener m_listener;

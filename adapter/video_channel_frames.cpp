@@ -31,9 +31,10 @@ std::int32_t CVideoChannel::StartAcquisition(char* errorText) {
     }
     const CComApartment apartment(ComBalance::onlyFirst);
     std::int32_t result = HOST_RESULT_SUCCESS;
+    m_sizeMayBeOld = true;
     if (m_grabber.startLive(false)) {
         takeSize();
-        m_restoredSinceStart = false;
+        m_sizeMayBeOld = false;
     } else {
         writeText(errorText, 254, m_grabber.getLastError().c_str());
         result = HOST_RESULT_FAILURE;
@@ -99,7 +100,7 @@ bool CVideoChannel::CheckDevice() {
     if (!reopenDevice(m_grabber, m_serialText)) {
         return false;
     }
-    m_restoredSinceStart = true;
+    m_sizeMayBeOld = true;
     try {
         m_parameters.restoreTrigger();
     } catch (...) {
@@ -163,7 +164,7 @@ std::int32_t CVideoChannel::CopyFrame(char* /*errorText*/, void* destination,
 FrameShape CVideoChannel::frameShape() const noexcept {
     constexpr std::size_t bytesPerPixel = 3;
     // What the sink delivers may then be larger than the host was told.
-    const bool isBounded = m_restoredSinceStart || !m_sink.isFor(PixelType::rgb24);
+    const bool isBounded = m_sizeMayBeOld || !m_sink.isFor(PixelType::rgb24);
     return {m_width, m_height, m_rawUnshifted,
             isBounded ? bytesPerPixel * frameBytes(m_width, m_height)
                       : std::numeric_limits<std::size_t>::max()};
