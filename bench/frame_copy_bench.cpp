@@ -31,6 +31,10 @@ struct Size {
     std::size_t bytes() const {
         return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     }
+    // A row of an odd width ends in a whole pair of the mosaic, one byte past its width.
+    std::size_t mosaicBytes() const {
+        return static_cast<std::size_t>(width + width % 2) * static_cast<std::size_t>(height);
+    }
     std::string text() const { return std::to_string(width) + "x" + std::to_string(height); }
 };
 
@@ -145,8 +149,8 @@ private:
     static constexpr const char* rgb2bayerName = "GStreamer rgb2bayer";
 
     void mosaic(const Size& size, std::size_t ring, const std::string& name) {
-        CBuffers buffers(ring, size.bytes() * 4, size.bytes());
-        check("re-mosaic", m_sets, size.bytes(),
+        CBuffers buffers(ring, size.bytes() * 4, size.mosaicBytes());
+        check("re-mosaic", m_sets, size.mosaicBytes(),
               [&](const FrameCopyKernels& set, std::uint8_t* to) {
                   set.mosaic(to, {buffers.sources().front(), size.bytes() * 4}, size.width,
                              size.height);
