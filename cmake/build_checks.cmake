@@ -57,6 +57,10 @@ if(NOT WIN32)
 endif()
 
 if(VELMORA_CHECKS)
+    velmora_add_check(
+        VectorKernels.ShareNoCodeWithOtherSources ${CMAKE_COMMAND} -D NM=${CMAKE_NM} -D
+        "OBJECTS=$<JOIN:$<TARGET_OBJECTS:adapter_core>,$<COMMA>>" -P
+        ${PROJECT_SOURCE_DIR}/cmake/check_kernel_objects.cmake)
     set(scripts ${PROJECT_SOURCE_DIR}/scripts)
     velmora_add_check(Sources.AreFormatted ${scripts}/check_format.sh)
     velmora_add_check(Sources.IncludeOnlyWhatTheLayoutAllows ${scripts}/check_includes.sh)
