@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Usage: gnuplot -e "results='FOLDER'; images='FOLDER'" graphs.gp
 # Draws what bench_report left in the results' folder.
-set terminal svg size 900,420 font 'sans-serif,13' background '#ffffff'
+set terminal svg size 1000,440 font 'sans-serif,13' background '#ffffff'
 set style data histograms
 set style histogram clustered gap 1
 set style fill solid 0.9 noborder
@@ -10,6 +10,7 @@ set grid ytics linecolor '#dddddd'
 set border 3
 set tics nomirror
 set key outside top center horizontal
+set bmargin 4
 set yrange [0:*]
 
 # Colours that stay apart in grey, too.
@@ -38,3 +39,19 @@ set title 'Raw8 shift copy, natively: time by one block of the same size'
 set yrange [0:2]
 plot for [column in 'product scalar SSSE3'] results.'/raw8_shift_copy_native.dat' using column:xticlabel(1) title columnheader, \
      1 linecolor '#222222' title 'one block'
+
+set style data linespoints
+set yrange [0:*]
+set ylabel 'ms'
+
+set output images.'/start_up_cameras.svg'
+set title 'Under Wine, from loading the adapter to the first frame: by cameras'
+set xlabel 'cameras of 40 keys'
+plot for [column in '"together (ms)" "open all (ms)" "first frame (ms)"'] \
+     results.'/start-up_by_cameras_windows.dat' using (real(stringcolumn(1))):column title columnheader
+
+set output images.'/start_up_settings.svg'
+set title 'Under Wine, from loading the adapter to the first frame: by settings'
+set xlabel 'keys of one camera'
+plot for [column in '"together (ms)" "open all (ms)" "first frame (ms)"'] \
+     results.'/start-up_by_settings_windows.dat' using (real(stringcolumn(1))):column title columnheader

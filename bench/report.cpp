@@ -90,6 +90,15 @@ std::string graphFile(const std::string& title, const std::string& system) {
     return name;
 }
 
+// As a label under a graph: one word a line.
+std::string quoted(const std::string& name) {
+    std::string text = "\"";
+    for (const char c : name) {
+        text += c == ' ' ? "\\n" : std::string(1, c);
+    }
+    return text + '"';
+}
+
 class CReport {
 public:
     explicit CReport(std::filesystem::path folder) : m_folder(std::move(folder)) {}
@@ -154,7 +163,7 @@ private:
             printLine(cells);
         }
         for (const ordered_json* one : cases) {
-            graph << '"' << one->at("name").get<std::string>() << '"';
+            graph << quoted(one->at("name").get<std::string>());
             for (const std::string& name : names) {
                 const ordered_json* row = rowOf(*one, name);
                 graph << ' '
@@ -245,7 +254,7 @@ private:
         writeGraphHead(graph, columns);
         for (const std::string& name : names) {
             std::vector<std::string> line = {name};
-            graph << '"' << name << '"';
+            graph << quoted(name);
             for (const std::string& column : columns) {
                 const std::string& cell = cells[name][column];
                 line.push_back(cell.empty() ? "-" : cell);

@@ -18,3 +18,9 @@ if(TARGET PkgConfig::GOBJECT AND GSTREAMER_FOLDER AND GSTREAMER_BASE_LIBRARY AND
     target_link_libraries(rgb2bayer_libraries INTERFACE ${GSTREAMER_BASE_LIBRARY} ${GSTREAMER_LIBRARY}
                                                         PkgConfig::GOBJECT)
 endif()
+
+pkg_check_modules(ARAVIS QUIET IMPORTED_TARGET aravis-0.8)
+if(TARGET PkgConfig::ARAVIS)
+    add_library(aravis_libraries INTERFACE)
+    target_link_libraries(aravis_libraries INTERFACE PkgConfig::ARAVIS)
+endif()
