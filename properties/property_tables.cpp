@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "properties/property_tables.h"
 
-#include <utility>
 #include <vector>
 
 #include "capture/conversions.h"
 #include "capture/result_codes.h"
 #include "capture/video_formats.h"
 #include "properties/camera_features.h"
+#include "properties/collection_members.h"
 #include "properties/device_format_lists.h"
 #include "properties/device_formats.h"
 #include "properties/process_store.h"
@@ -20,23 +20,6 @@ struct FeatureEntry {
     std::string key;
     std::uint32_t isExecute;
 };
-
-// All members of a collection with a count and 1-based items, in its order.
-// Throws a failing result code; a member that is missing is left out.
-template <class Member, class Collection>
-std::vector<DShowLib::smart_com<Member>> membersOf(Collection& collection) {
-    LONG count = 0;
-    throwIfFailed(collection.getCount(&count));
-    std::vector<DShowLib::smart_com<Member>> members;
-    for (LONG index = 1; index <= count; ++index) {
-        DShowLib::smart_com<Member> member;
-        throwIfFailed(collection.getItem(index, member.put()));
-        if (member) {
-            members.push_back(std::move(member));
-        }
-    }
-    return members;
-}
 
 template <class Named>
 std::string nameOf(Named& named) {

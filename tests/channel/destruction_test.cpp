@@ -3,6 +3,9 @@
 #include <thread>
 
 #include "tests/support/one_channel.h"
+#include "virtual_cameras/live/buffers.h"
+#include "virtual_cameras/live/camera_list.h"
+#include "virtual_cameras/live/grabber_state.h"
 
 namespace {
 
@@ -16,6 +19,11 @@ protected:
         library_log::record();
         std::uint64_t sequence = 0;
         ASSERT_EQ(virtualCamerasWaitForCall("GrabberListener::frameReady", 0, 20000, &sequence), 1);
+    }
+    // The inside of the one that has the grey camera open.
+    static const virtual_cameras::GrabberState& onlyGrabber() {
+        virtual_cameras::CWorldLock world;
+        return *virtual_cameras::cameraList().find(world, "1A2B")->grabbers.front();
     }
 };
 
@@ -41,6 +49,32 @@ TEST_F(Destruction, ReleasesTheSinkBeforeTheGrabber) {
     EXPECT_THAT(
         library_log::operations(),
         ElementsAre("Grabber::isLive", "FrameHandlerSink::~FrameHandlerSink", "Grabber::~Grabber"));
+}
+
+// Notes how many grabbers there are when its last handle goes.
+class CLastBuffer : public DShowLib::MemBuffer {
+public:
+    explicit CLastBuffer(std::uint32_t& grabbers)
+        : MemBuffer(new Implementation(9, 32)), m_grabbers(grabbers) {}
+    ~CLastBuffer() { m_grabbers = alive().grabbers; }
+
+private:
+    std::uint32_t& m_grabbers;
+};
+
+TEST_F(Destruction, DropsTheHeldBufferBeforeTheGrabber) {
+    std::uint32_t grabbers = 77;
+    openLive();
+    EXPECT_EQ(waitWhile([&] {
+                  const virtual_cameras::GrabberState& grabber = onlyGrabber();
+                  grabber.listeners.front().listener->frameReady(
+                      *grabber.owner, DShowLib::smart_ptr<CLastBuffer>(new CLastBuffer(grabbers)),
+                      1);
+              }),
+              done());
+    EXPECT_EQ(grabbers, 77U);
+    close();
+    EXPECT_EQ(grabbers, 1U);
 }
 
 TEST_F(Destruction, GivesSinksAndBuffersBack) {

@@ -74,6 +74,18 @@ TEST_F(FailingCalls, ACameraThatThrowsInTheSearchIsClosedAgain) {
     EXPECT_EQ(wait().word, 0x2000U) << "another camera is not taken for the lost one";
 }
 
+TEST_F(FailingCalls, ACameraThatThrowsBeforeItIsAskedForItsNumberIsClosedAgain) {
+    openLive();
+    unplug();
+    plug();
+    recordAll();
+    breakCall("Grabber::getDev");
+    EXPECT_THROW(wait(), char*);
+    EXPECT_EQ(library_log::operations().back(), "Grabber::closeDev");
+    EXPECT_EQ(alive().openDevices, 0U);
+    EXPECT_EQ(waitInVain(), noFrame()) << "the next wait finds it";
+}
+
 TEST_F(FailingCalls, ASinkThatThrowsLeavesTheOneBeforeIt) {
     open();
     breakCall("FrameHandlerSink::setSnapMode");

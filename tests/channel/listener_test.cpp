@@ -198,6 +198,41 @@ TEST_F(Listener, GivesTheBufferBackWhenTheLockThrows) {
     EXPECT_FALSE(listener.isHandingOver());
 }
 
+TEST_F(Listener, HasNoFrameReadyAndNoLockToGiveBackWhenTheLockThrows) {
+    CListener listener;
+    throwFromCall("MemBuffer::lock", "no");
+    listener.beginWait(m_event);
+    EXPECT_ANY_THROW(deliver(listener, 0));
+    EXPECT_EQ(listener.readyBuffer(), nullptr);
+    EXPECT_FALSE(isSignalled());
+
+    recordAll();
+    listener.beginWait(m_event);
+    deliver(listener, 1);
+    EXPECT_THAT(locks(), ElementsAre("MemBuffer::lock(1)"));
+    EXPECT_EQ(listener.readyBuffer(), (*m_buffers)[1].get());
+}
+
+TEST_F(Listener, HasNoFrameReadyAndTheOldLockToGiveBackWhenTheUnlockThrows) {
+    CListener listener;
+    listener.beginWait(m_event);
+    deliver(listener, 0);
+    ResetEvent(m_event);
+    throwFromCall("MemBuffer::unlock", "no");
+    listener.beginWait(m_event);
+    EXPECT_ANY_THROW(deliver(listener, 1));
+    EXPECT_FALSE(listener.isHandingOver());
+    EXPECT_EQ(listener.readyBuffer(), nullptr);
+    EXPECT_FALSE(isSignalled());
+    EXPECT_EQ(lockCount(0), 1);
+    EXPECT_EQ(lockCount(1), 0);
+
+    recordAll();
+    listener.beginWait(m_event);
+    deliver(listener, 2);
+    EXPECT_THAT(locks(), ElementsAre("MemBuffer::unlock(0)", "MemBuffer::lock(2)"));
+}
+
 TEST_F(Listener, ReleasesItsBufferAtItsEnd) {
     DShowLib::MemBuffer* held = nullptr;
     {
