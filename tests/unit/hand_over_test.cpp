@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <memory>
+#include <string>
 #include <thread>
 #include <type_traits>
 #include <vector>
@@ -153,12 +154,14 @@ TEST(HandOver, IsNotCopied) {
 }
 
 // What the hand-over protects: plain memory, which both threads use in turn. Lies on
-// the heap with its hand-over: the thread sanitizer follows no local variable.
+// the heap with its hand-over: the thread sanitizer follows no local variable. Each note
+// has eight bytes of its own: of more accesses to the same eight it forgets some.
 struct Shared {
     CHandOver handOver;
-    int hostsNote = 0;
-    int deliverysNote = 0;
-    int copyOfNote = 0;
+    alignas(8) int note = 0;
+    alignas(8) int hostsNote = 0;
+    alignas(8) int deliverysNote = 0;
+    alignas(8) int copyOfNote = 0;
 };
 
 template <class Condition>
@@ -222,6 +225,61 @@ TEST(HandOver, AFrameAfterAWaitSeesWhatTheHostWroteBeforeItsEnd) {
     shared->handOver.endWait();
     isOver.store(true, std::memory_order_relaxed);
     delivery.join();
+}
+
+// One step of a thread, by the name that a failure shows.
+struct Step {
+    const char* name;
+    void (*run)(CHandOver& handOver);
+};
+
+constexpr Step hostsSteps[] = {{"beginWait", [](CHandOver& h) { h.beginWait(); }},
+                               {"endWait", [](CHandOver& h) { h.endWait(); }},
+                               {"clearReady", [](CHandOver& h) { h.clearReady(); }},
+                               {"clearBoth", [](CHandOver& h) { h.clearBoth(); }}};
+constexpr Step hostsLooks[] = {
+    {"isReady", [](CHandOver& h) { static_cast<void>(h.isReady()); }},
+    {"hostOwnsBuffer", [](CHandOver& h) { static_cast<void>(h.hostOwnsBuffer()); }}};
+constexpr Step deliverysSteps[] = {
+    {"takeIfWaiting", [](CHandOver& h) { static_cast<void>(h.takeIfWaiting()); }},
+    {"endHandOver", [](CHandOver& h) { h.endHandOver(); }},
+    {"abandonHandOver", [](CHandOver& h) { h.abandonHandOver(); }}};
+
+// Runs `first` on this thread with a note before it, and `second` on another one with a
+// look at the note after it. Nothing but the hand-over orders the two.
+void expectPublished(const Step& first, const Step& second) {
+    SCOPED_TRACE(std::string(first.name) + " to " + second.name);
+    const auto shared = std::make_unique<Shared>();
+    std::atomic<bool> isDone{false};
+    shared->handOver.beginWait();
+    std::thread other([&] {
+        spinUntil([&] { return isDone.load(std::memory_order_relaxed); });
+        second.run(shared->handOver);
+        EXPECT_EQ(7, shared->note);
+    });
+    shared->note = 7;
+    first.run(shared->handOver);
+    isDone.store(true, std::memory_order_relaxed);
+    other.join();
+}
+
+TEST(HandOver, EveryStepOfTheHostPublishesToEveryStepOfTheDeliveryThread) {
+    for (const Step& first : hostsSteps) {
+        for (const Step& second : deliverysSteps) {
+            expectPublished(first, second);
+        }
+    }
+}
+
+TEST(HandOver, EveryStepOfTheDeliveryThreadPublishesToEveryStepAndLookOfTheHost) {
+    for (const Step& first : deliverysSteps) {
+        for (const Step& second : hostsSteps) {
+            expectPublished(first, second);
+        }
+        for (const Step& second : hostsLooks) {
+            expectPublished(first, second);
+        }
+    }
 }
 
 // Delivers numbered frames until told to stop.
