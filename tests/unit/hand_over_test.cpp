@@ -246,20 +246,24 @@ constexpr Step deliverysSteps[] = {
     {"abandonHandOver", [](CHandOver& h) { h.abandonHandOver(); }}};
 
 // Runs `first` on this thread with a note before it, and `second` on another one with a
-// look at the note after it. Nothing but the hand-over orders the two.
+// look at the note after it. Nothing but the hand-over orders the two: not even what
+// tells the other thread that it is its turn, which lies on the heap as well.
+struct Turn : Shared {
+    alignas(8) std::atomic<bool> isOthers{false};
+};
+
 void expectPublished(const Step& first, const Step& second) {
     SCOPED_TRACE(std::string(first.name) + " to " + second.name);
-    const auto shared = std::make_unique<Shared>();
-    std::atomic<bool> isDone{false};
-    shared->handOver.beginWait();
-    std::thread other([&] {
-        spinUntil([&] { return isDone.load(std::memory_order_relaxed); });
-        second.run(shared->handOver);
-        EXPECT_EQ(7, shared->note);
+    const auto turn = std::make_unique<Turn>();
+    turn->handOver.beginWait();
+    std::thread other([&turn = *turn, &second] {
+        spinUntil([&turn] { return turn.isOthers.load(std::memory_order_relaxed); });
+        second.run(turn.handOver);
+        EXPECT_EQ(7, turn.note);
     });
-    shared->note = 7;
-    first.run(shared->handOver);
-    isDone.store(true, std::memory_order_relaxed);
+    turn->note = 7;
+    first.run(turn->handOver);
+    turn->isOthers.store(true, std::memory_order_relaxed);
     other.join();
 }
 
@@ -356,6 +360,39 @@ TEST(HandOver, AFrameSeesWhatTheHostWroteBeforeTheLatestOfManyWaits) {
         shared->handOver.endWait();
     }
     stop.store(true, std::memory_order_relaxed);
+    delivery.join();
+}
+
+TEST(HandOver, NoStepOfOneThreadUndoesAStepOfTheOther) {
+    const auto turn = std::make_unique<Turn>();
+    CHandOver& handOver = turn->handOver;
+    std::thread delivery([&turn = *turn] {
+        while (!turn.isOthers.load(std::memory_order_relaxed)) {
+            if (turn.handOver.takeIfWaiting()) {
+                EXPECT_FALSE(turn.handOver.hostOwnsBuffer());
+                turn.handOver.endHandOver();
+                EXPECT_TRUE(turn.handOver.hostOwnsBuffer());
+            }
+        }
+    });
+    for (int wait = 1; wait <= manyWaits; ++wait) {
+        // Again and again, and below look upon look: often enough for one to fall between
+        // two steps of the delivery thread.
+        for (int again = 0; again < 8; ++again) {
+            handOver.beginWait();
+        }
+        const bool isTaken = !handOver.hostOwnsBuffer();
+        EXPECT_TRUE(!isTaken || handOver.isReady());
+        handOver.endWait();
+        const bool isReady = handOver.isReady();
+        spinUntil([&] { return handOver.hostOwnsBuffer(); });
+        for (int look = 0; look < 4; ++look) {
+            EXPECT_TRUE(handOver.hostOwnsBuffer());
+        }
+        EXPECT_EQ(isReady, handOver.isReady());
+        handOver.clearReady();
+    }
+    turn->isOthers.store(true, std::memory_order_relaxed);
     delivery.join();
 }
 
