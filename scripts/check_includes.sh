@@ -34,7 +34,8 @@ camhost/grab: include/velmora camhost/base camhost/camera camhost/pictures
 camhost/commands: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab
 camhost/application: camhost/base camhost/camera camhost/commands
 camhost/win32: camhost/base camhost/application
-fuzz: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/*
+fuzz: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/* fuzz/any_library
+fuzz/any_library: include/velmora platform capture capture/library properties adapter fuzz tests
 bench: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/*
 tests: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras virtual_cameras/scenes virtual_cameras/live camhost/* fuzz
 '

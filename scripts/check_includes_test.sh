@@ -84,6 +84,8 @@ expect fail camhost/win32/main.cpp '#include "camhost/commands/command.h"'
 expect fail camhost/list.cpp ''
 expect fail virtual_cameras/rig.cpp '#include "camhost/base/texts.h"'
 expect fail fuzz/text_fuzz.cpp '#include "tests/win32/win32_log.h"'
+expect pass fuzz/any_library/host.cpp '#include "tests/win32/win32_log.h"'
+expect fail fuzz/any_library/grabber.cpp '#include "virtual_cameras/control.h"'
 expect fail bench/notes.txt ''
 
 rm -rf "${tree:?}"/*

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // COM's start and stop per thread, task memory, texts and identifiers.
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
@@ -68,6 +69,41 @@ struct BstrHeader {
     std::uint32_t bytes;
 };
 static_assert(sizeof(BstrHeader) == 16);
+
+// The registry form of an identifier, digit by digit: every binding of a property asks
+// for two of them.
+class RegistryText {
+public:
+    explicit RegistryText(REFCLSID identifier) {
+        add('{');
+        addNumber(identifier.Data1, 8);
+        add('-');
+        addNumber(identifier.Data2, 4);
+        add('-');
+        addNumber(identifier.Data3, 4);
+        add('-');
+        for (std::size_t i = 0; i < sizeof(identifier.Data4); ++i) {
+            if (i == 2) {
+                add('-');
+            }
+            addNumber(identifier.Data4[i], 2);
+        }
+        add('}');
+    }
+
+    std::string_view view() const { return {m_text, m_size}; }
+
+private:
+    void add(char character) { m_text[m_size++] = character; }
+    void addNumber(std::uint32_t number, int digits) {
+        for (int place = digits - 1; place >= 0; --place) {
+            add("0123456789ABCDEF"[number >> (4 * place) & 0xFU]);
+        }
+    }
+
+    char m_text[38];
+    std::size_t m_size = 0;
+};
 
 BstrHeader* headerOf(BSTR text) {
     return reinterpret_cast<BstrHeader*>(text) - 1;
@@ -146,22 +182,17 @@ UINT SysStringLen(BSTR text) {
 }
 
 HRESULT StringFromCLSID(REFCLSID identifier, LPOLESTR* text) {
-    constexpr std::size_t characters = 38;
-    wchar_t formatted[characters + 1];
-    const std::uint8_t* tail = identifier.Data4;
-    std::swprintf(formatted, characters + 1, L"{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}",
-                  identifier.Data1, identifier.Data2, identifier.Data3, tail[0], tail[1], tail[2],
-                  tail[3], tail[4], tail[5], tail[6], tail[7]);
-    record("StringFromCLSID", win32::detail::utf8(formatted));
+    const RegistryText formatted(identifier);
+    record("StringFromCLSID", formatted.view());
     *text = nullptr;
     if (const auto result = injected("StringFromCLSID"); result && FAILED(*result)) {
         return static_cast<HRESULT>(*result);
     }
-    *text = static_cast<LPOLESTR>(CoTaskMemAlloc(sizeof(formatted)));
+    *text = static_cast<LPOLESTR>(CoTaskMemAlloc((formatted.view().size() + 1) * sizeof(OLECHAR)));
     if (*text == nullptr) {
         return E_OUTOFMEMORY;
     }
-    std::memcpy(*text, formatted, sizeof(formatted));
+    *std::copy(formatted.view().begin(), formatted.view().end(), *text) = L'\0';
     return S_OK;
 }
 

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// A capture library that answers anything, and a host that calls anything. The first
+// bytes of the input describe the library; each call of the host then brings the few
+// answers that are not as usual.
+#include <cstddef>
+#include <cstdint>
+
+#include "fuzz/any_library/host.h"
+#include "fuzz/any_library/settings_end.h"
+#include "fuzz/any_library/world.h"
+#include "fuzz/fuzz_input.h"
+#include "platform/windows.h"
+
+// Every answer is memory of its own: the road of each block would cost more than the
+// calls that are tried. A finding is run again with the option set.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the sanitizer's name.
+extern "C" const char* __asan_default_options();
+extern "C" const char* __asan_default_options() {
+    return "malloc_context_size=1:quarantine_size_mb=32";
+}
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const BOOL isLoaded = DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr);
+    require(isLoaded == TRUE, "the adapter can be loaded");
+    any_library::answers().begin({data, size});
+    any_library::beginWorld();
+    {
+        any_library::CHost host;
+        host.run();
+    }
+    any_library::endSettings();
+    any_library::endWorld();
+    return 0;
+}
