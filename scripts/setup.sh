@@ -12,7 +12,7 @@ demo_packages=(
 )
 test_packages=(
     "${demo_packages[@]}"
-    clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev
+    clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev python3
 )
 bench_packages=(
     "${demo_packages[@]}"
