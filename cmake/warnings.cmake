@@ -3,9 +3,10 @@
 
 function(target_use_warnings target)
     if(MSVC)
-        # Exceptions leave through functions of C linkage: /EHs without c.
+        # Exceptions leave through functions of C linkage: /EHs without c, which CMake's
+        # own /EHsc has set before.
         # Functions that replace "unsafe" C ones are not standard: _CRT_SECURE_NO_WARNINGS.
-        target_compile_options(${target} PRIVATE /W4 /WX /permissive- /Zc:__cplusplus /utf-8 /EHs)
+        target_compile_options(${target} PRIVATE /W4 /WX /permissive- /Zc:__cplusplus /utf-8 /EHs /EHc-)
         target_compile_definitions(${target} PRIVATE _CRT_SECURE_NO_WARNINGS)
         return()
     endif()

@@ -3,7 +3,9 @@
 
 # The runtime is part of each binary: an adapter that wanted a compiler's DLL
 # beside it could not be loaded from another folder.
-set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+if(NOT CMAKE_MSVC_RUNTIME_LIBRARY)
+    set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+endif()
 
 function(target_use_windows_binary target)
     if(NOT WIN32)

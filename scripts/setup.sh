@@ -13,6 +13,7 @@ demo_packages=(
 test_packages=(
     "${demo_packages[@]}"
     clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev python3
+    clang-tools-14 libc++-14-dev libwine-dev lld-14 llvm-14
 )
 bench_packages=(
     "${demo_packages[@]}"

@@ -2,8 +2,6 @@
 #include "virtual_cameras/control/choices.h"
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <tuple>
 
@@ -35,26 +33,13 @@ void putIn(CWorldLock& world, const Rig& rig) {
 
 constexpr std::size_t longestRigFile = std::size_t{1} << 20U;
 
-// At most one byte more than the longest that is taken.
-std::optional<std::string> contentOf(const std::string& path) {
-    std::ifstream file(std::filesystem::path(std::u8string(path.begin(), path.end())),
-                       std::ios::binary);
-    if (!file) {
-        return std::nullopt;
-    }
-    std::string content(longestRigFile + 1, '\0');
-    file.read(content.data(), static_cast<std::streamsize>(content.size()));
-    content.resize(static_cast<std::size_t>(file.gcount()));
-    return content;
-}
-
 // A built-in rig, or a file of that name.
 std::variant<Rig, std::string> rigOfEnvironment(const std::string& value) {
     auto builtIn = rigByName(value);
     if (std::holds_alternative<Rig>(builtIn)) {
         return builtIn;
     }
-    const auto content = contentOf(value);
+    const auto content = fileContent(value, longestRigFile + 1);
     if (!content) {
         return value + ": there is no such built-in rig, and no such file";
     }

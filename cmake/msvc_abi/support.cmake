@@ -1,0 +1,52 @@
+# SPDX-License-Identifier: MIT
+# Read at the end of project() in the preset windows-msvc-abi: builds what Microsoft's
+# own libraries would bring, and links it into everything that follows.
+
+# Wine's import libraries under the names that a linker for Windows looks for.
+set(import_libraries ${PROJECT_BINARY_DIR}/import_libraries)
+file(MAKE_DIRECTORY ${import_libraries})
+foreach(
+    name IN
+    ITEMS advapi32
+          comdlg32
+          gdi32
+          kernel32
+          ole32
+          oleaut32
+          shell32
+          ucrtbase
+          user32
+          uuid
+          vcruntime140
+          winspool)
+    file(CREATE_LINK ${VELMORA_WINE_LIBRARIES}/lib${name}.a ${import_libraries}/${name}.lib
+         SYMBOLIC)
+endforeach()
+link_directories(${import_libraries})
+
+add_library(
+    msvc_abi_support STATIC
+    ${CMAKE_CURRENT_LIST_DIR}/dll_main.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/dll_start.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/image_start.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/libcxx_numbers.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/libcxx_strings.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/libcxx_support.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/libcxx_threads.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/new_delete.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/program_start.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/stack_probe.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/thread_local_storage.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/thread_safe_statics.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/type_info_table.cpp)
+set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/type_info_table.cpp PROPERTIES COMPILE_OPTIONS
+                                                                                     /GR-)
+# Under the name that Microsoft's has, so that the product's build finds it as there.
+add_library(delayimp STATIC ${CMAKE_CURRENT_LIST_DIR}/delay_load.cpp)
+foreach(target IN ITEMS msvc_abi_support delayimp)
+    target_compile_features(${target} PRIVATE cxx_std_20)
+    target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
+    target_compile_options(${target} PRIVATE /W4 /WX /EHs /EHc-)
+endforeach()
+
+link_libraries(msvc_abi_support vcruntime140 ucrtbase)
