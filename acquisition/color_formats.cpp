@@ -43,7 +43,7 @@ constexpr std::array<Entry, 12> entries = {{
 }  // namespace
 
 GUID ColorformatToSubtype(ColorFormat format) noexcept {
-    const auto* found = std::find_if(entries.begin(), entries.end(), [format](const Entry& entry) {
+    const auto found = std::find_if(entries.begin(), entries.end(), [format](const Entry& entry) {
         return entry.format == format;
     });
     return found != entries.end() ? found->subtype : GUID{};

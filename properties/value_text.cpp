@@ -64,7 +64,7 @@ std::size_t exponentLength(std::string_view text, std::size_t position) noexcept
 // small: where its first significant digit stands, moved by the exponent.
 bool isOverflow(std::string_view mantissa, std::string_view exponent) noexcept {
     const auto isSignificant = [](char character) { return character >= '1' && character <= '9'; };
-    const auto* first = std::find_if(mantissa.begin(), mantissa.end(), isSignificant);
+    const auto first = std::find_if(mantissa.begin(), mantissa.end(), isSignificant);
     const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
     const auto magnitude = static_cast<std::int64_t>(point) - (first - mantissa.begin());
     return magnitude + (exponent.empty() ? 0 : parseInteger(exponent.substr(1))) > 0;

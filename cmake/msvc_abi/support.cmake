@@ -2,6 +2,26 @@
 # Read at the end of project() in the preset windows-msvc-abi: builds what Microsoft's
 # own libraries would bring, and links it into everything that follows.
 
+# libc++'s std::array and std::string_view with classes for iterators, as Microsoft's
+# library has them (include/cxx/class_iterator.h).
+function(take_class_iterators header)
+    file(READ ${VELMORA_LIBCXX_HEADERS}/${header} text)
+    string(REPLACE "#include <iterator>" "#include <iterator>\n#include <class_iterator.h>" text "${text}")
+    string(REGEX REPLACE "typedef value_type\\* +iterator;"
+                         "typedef ::msvc_abi::CIterator<value_type> iterator;" text "${text}")
+    string(REGEX REPLACE "typedef (const value_type\\*|const_pointer) +const_iterator;"
+                         "typedef ::msvc_abi::CIterator<const value_type> const_iterator;" text
+                         "${text}")
+    string(REGEX REPLACE "(const_iterator c(begin|end)\\(\\) +const _NOEXCEPT { return) ([^;]*);"
+                         "\\1 const_iterator(\\3);" text "${text}")
+    if(NOT text MATCHES "class_iterator.h.*CIterator<const value_type>")
+        message(FATAL_ERROR "<${header}> of libc++ is not the one that was expected")
+    endif()
+    file(CONFIGURE OUTPUT ${VELMORA_MADE_HEADERS}/${header} CONTENT "${text}" @ONLY)
+endfunction()
+take_class_iterators(array)
+take_class_iterators(string_view)
+
 # Wine's import libraries under the names that a linker for Windows looks for.
 set(import_libraries ${PROJECT_BINARY_DIR}/import_libraries)
 file(MAKE_DIRECTORY ${import_libraries})

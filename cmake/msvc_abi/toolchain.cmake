@@ -18,12 +18,15 @@ set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 set(llvm /usr/lib/llvm-14)
 set(wine_headers /usr/include/wine/wine)
 set(own_headers ${CMAKE_CURRENT_LIST_DIR}/include)
+set(VELMORA_LIBCXX_HEADERS ${llvm}/include/c++/v1)
+set(VELMORA_MADE_HEADERS ${CMAKE_BINARY_DIR}/made_headers)
 set(VELMORA_WINE_LIBRARIES /usr/lib/x86_64-linux-gnu/wine/x86_64-windows)
 
 # The search order counts: ours complete libc++'s, and then Wine's. No other folder.
 set(c_headers "-imsvc ${own_headers}/c -imsvc ${llvm}/lib/clang/14.0.6/include \
 -imsvc ${wine_headers}/msvcrt -imsvc ${wine_headers}/windows")
-set(cxx_headers "-imsvc ${own_headers}/cxx -imsvc ${llvm}/include/c++/v1")
+set(cxx_headers "-imsvc ${VELMORA_MADE_HEADERS} -imsvc ${own_headers}/cxx \
+-imsvc ${VELMORA_LIBCXX_HEADERS}")
 
 # /GS- since its checks live in Microsoft's library.
 set(flags "--target=x86_64-pc-windows-msvc -fms-compatibility-version=19.34 /X /GS- \

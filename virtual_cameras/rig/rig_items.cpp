@@ -27,8 +27,8 @@ constexpr KnownName knownElements[] = {{"Value", DShowLib::VCDElement_Value},
 template <std::size_t size>
 GUID usualIdentifier(const KnownName (&known)[size], std::string_view kind,
                      const std::string& name) {
-    const auto* found = std::find_if(std::begin(known), std::end(known),
-                                     [&](const KnownName& entry) { return entry.name == name; });
+    const auto found = std::find_if(std::begin(known), std::end(known),
+                                    [&](const KnownName& entry) { return entry.name == name; });
     return found != std::end(known) ? found->identifier
                                     : madeUpIdentifier(std::string(kind) + name);
 }

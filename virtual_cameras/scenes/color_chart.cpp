@@ -59,8 +59,8 @@ constexpr std::int32_t rampTop = 36;
 constexpr std::int32_t rampBottom = 42;
 
 bool inGlyph(char letter, std::int32_t x, std::int32_t y) {
-    const auto* glyph = std::find_if(std::begin(glyphs), std::end(glyphs),
-                                     [&](const Glyph& entry) { return entry.letter == letter; });
+    const auto glyph = std::find_if(std::begin(glyphs), std::end(glyphs),
+                                    [&](const Glyph& entry) { return entry.letter == letter; });
     return glyph != std::end(glyphs) && x < glyphColumns &&
            (glyph->rows[static_cast<std::size_t>(y)] >> (glyphColumns - 1 - x) & 1) != 0;
 }

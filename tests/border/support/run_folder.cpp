@@ -3,6 +3,7 @@
 
 #include <array>
 #include <atomic>
+#include <cstdlib>
 #include <fstream>
 
 #include "platform/windows.h"
@@ -12,6 +13,13 @@ namespace fs = std::filesystem;
 namespace {
 
 std::atomic<int> foldersMade{0};
+
+// A DLL under test: this build's own, or its namesake below the folder that the
+// environment names, laid out as the folder of programs of this build.
+fs::path underTest(const char* name) {
+    const char* folder = std::getenv("VELMORA_DLLS_UNDER_TEST");
+    return fs::path(folder != nullptr ? folder : VELMORA_DLL_FOLDER) / name;
+}
 
 // The adapter's delayed import keeps the capture library loaded, and a loaded file
 // can not be removed.
@@ -44,16 +52,16 @@ CRunFolder::~CRunFolder() {
 }
 
 void CRunFolder::addAdapter() const {
-    fs::copy_file(VELMORA_ADAPTER_FILE, adapterFile());
+    fs::copy_file(underTest("velmora_adapter.dll"), adapterFile());
 }
 
 void CRunFolder::addVirtualCameras() const {
-    fs::copy_file(VELMORA_CAPTURE_LIBRARY_FILE, libraryFile(),
+    fs::copy_file(underTest("ORV_CAPLB11_x64.dll"), libraryFile(),
                   fs::copy_options::overwrite_existing);
 }
 
 void CRunFolder::addOtherLibrary() const {
-    fs::copy_file(VELMORA_OTHER_LIBRARY_FILE, libraryFile());
+    fs::copy_file(underTest("border/other_library/ORV_CAPLB11_x64.dll"), libraryFile());
 }
 
 void CRunFolder::addDamagedLibrary(const std::wstring& name) const {
