@@ -68,6 +68,8 @@ if(VELMORA_CHECKS)
     velmora_add_check(Docs.NameTestsAndFilesThatAreThere ${scripts}/check_docs.sh)
     velmora_add_check(Sources.TidyCheckRemembersWhatPassed ${scripts}/check_tidy_test.sh)
     velmora_add_check(Mutants.FollowTheirRules python3 -B ${PROJECT_SOURCE_DIR}/tests/mutants/rules_test.py)
+    velmora_add_check(Sources.TakeNoIteratorForAPointer ${scripts}/check_portability.sh)
+    velmora_add_check(Sources.PortabilityCheckFindsBadLines ${scripts}/check_portability_test.sh)
     velmora_add_check(Sources.PassClangTidy ${scripts}/check_tidy.sh ${PROJECT_BINARY_DIR})
     # The longest of all, and on every core: first.
     cmake_host_system_information(RESULT cores QUERY NUMBER_OF_LOGICAL_CORES)

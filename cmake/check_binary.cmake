@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Checks one CLAIM about the Windows file BINARY by reading it: EXPORTS and IMPORTS are
-# files with the approved names, one per line, sorted.
+# Checks one CLAIM about the Windows file BINARY by reading it: EXPORTS, IMPORTS and
+# DELAYED_IMPORTS are files with the approved names, one per line, sorted.
 cmake_minimum_required(VERSION 3.25)
 
 execute_process(COMMAND ${OBJDUMP} -p ${BINARY} OUTPUT_VARIABLE dump COMMAND_ERROR_IS_FATAL ANY)
@@ -63,6 +63,27 @@ elseif(CLAIM STREQUAL "CarriesItsVersion")
             message(FATAL_ERROR "${BINARY} has no version resource with ${text}")
         endif()
     endforeach()
+elseif(CLAIM STREQUAL "DelaysTheApprovedImports")
+    # Read through the directory of delayed imports: a linker that leaves it empty fails.
+    execute_process(COMMAND ${READOBJ} --coff-imports ${BINARY} OUTPUT_VARIABLE dump
+                    COMMAND_ERROR_IS_FATAL ANY)
+    string(REGEX REPLACE ".*\nDelayImport {" "" delayed "${dump}")
+    if(NOT delayed MATCHES "^\n  Name: ORV_CAPLB11_x64.dll\n")
+        message(FATAL_ERROR "${BINARY} does not delay the capture library alone:\n${dump}")
+    endif()
+    set(dump "${delayed}")
+    names_in_dump("\n    Symbol: ([^ \n]+)" delayed_imports)
+    expect_same("${delayed_imports}" ${DELAYED_IMPORTS})
+elseif(CLAIM STREQUAL "ExportsTheApprovedFunctions")
+    execute_process(COMMAND ${READOBJ} --coff-exports ${BINARY} OUTPUT_VARIABLE dump
+                    COMMAND_ERROR_IS_FATAL ANY)
+    names_in_dump("\n  Name: (\\?[^ \n]+)" exports)
+    expect_same("${exports}" ${EXPORTS})
+    file(STRINGS ${DELAYED_IMPORTS} wanted)
+    list(REMOVE_ITEM wanted ${exports})
+    if(wanted)
+        message(FATAL_ERROR "${BINARY} lacks what the adapter imports: ${wanted}")
+    endif()
 else()
     message(FATAL_ERROR "Unknown claim '${CLAIM}'")
 endif()

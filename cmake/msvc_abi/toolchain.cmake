@@ -10,7 +10,10 @@ set(CMAKE_LINKER lld-link-14)
 set(CMAKE_AR llvm-lib-14)
 set(CMAKE_RC_COMPILER llvm-rc-14)
 set(CMAKE_MT llvm-mt-14)
+# For the checks of what was built.
+set(CMAKE_OBJDUMP x86_64-w64-mingw32-objdump)
 set(CMAKE_READOBJ llvm-readobj-14)
+set(VELMORA_UNDNAME llvm-undname-14)
 
 # A program can not be linked before the support library is there.
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)

@@ -90,7 +90,7 @@ TEST(Dvector, CopyIsIndependent) {
 
 TEST(Dvector, MoveTakesTheItemsAlong) {
     dvector<Item> list = numbered(5);
-    const Item* items = list.begin();
+    const auto items = list.begin();
     dvector<Item> target(std::move(list));
     EXPECT_EQ(items, target.begin());
     EXPECT_EQ(5U, target.size());
