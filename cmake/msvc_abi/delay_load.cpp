@@ -1,62 +1,82 @@
 // SPDX-License-Identifier: MIT
-// Replaces delayimp.lib: binds a delayed import on its first use. Without the hooks, and
-// without unloading; what is raised carries two names where Microsoft's carries more.
-#include <stddef.h>
-
+// Replaces delayimp.lib: binds a delayed import on its first use. Without the hook for
+// failures, the hook's last two notes, and unloading.
 #include <windows.h>
+
+#include <delayimp.h>
+#include <stddef.h>
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace {
 
-// The tables count all places from the start of the image.
 template <class T>
 T* at(size_t place) noexcept {
     return reinterpret_cast<T*>(reinterpret_cast<char*>(&__ImageBase) + place);
 }
 
-// Loaded once, and for good. Two threads may load at a time: one reference is kept.
-HMODULE moduleOf(const IMAGE_DELAYLOAD_DESCRIPTOR& library) noexcept {
-    auto* place = at<void*>(library.ModuleHandleRVA);
+FARPROC tellHook(unsigned notification, DelayLoadInfo& info) {
+    return __pfnDliNotifyHook2 != nullptr ? __pfnDliNotifyHook2(notification, &info) : nullptr;
+}
+
+DelayLoadInfo infoOf(const ImgDelayDescr& library, FARPROC* place) noexcept {
+    DelayLoadInfo info{};
+    info.cb = sizeof(info);
+    info.pidd = &library;
+    info.ppfn = place;
+    info.szDll = at<const char>(library.rvaDLLName);
+    const auto function = place - at<FARPROC>(library.rvaIAT);
+    const auto entry = at<const IMAGE_THUNK_DATA64>(library.rvaINT)[function].u1.AddressOfData;
+    info.dlp.fImportByName = !IMAGE_SNAP_BY_ORDINAL64(entry);
+    if (info.dlp.fImportByName) {
+        info.dlp.szProcName = at<const char>(entry + offsetof(IMAGE_IMPORT_BY_NAME, Name));
+    } else {
+        info.dlp.dwOrdinal = static_cast<DWORD>(IMAGE_ORDINAL64(entry));
+    }
+    return info;
+}
+
+// Two threads may load at a time: one reference is kept.
+HMODULE moduleOf(DelayLoadInfo& info) {
+    auto* place = at<void*>(info.pidd->rvaHmod);
     if (*place != nullptr) {
         return static_cast<HMODULE>(*place);
     }
-    const HMODULE module = ::LoadLibraryA(at<const char>(library.DllNameRVA));
+    auto module = reinterpret_cast<HMODULE>(tellHook(dliNotePreLoadLibrary, info));
+    if (module == nullptr) {
+        module = ::LoadLibraryA(info.szDll);
+    }
     if (module != nullptr && ::InterlockedExchangePointer(place, module) == module) {
         ::FreeLibrary(module);
     }
     return module;
 }
 
-const char* nameOf(const IMAGE_DELAYLOAD_DESCRIPTOR& library, size_t function) noexcept {
-    const auto* names = at<const IMAGE_THUNK_DATA64>(library.ImportNameTableRVA);
-    const auto entry = names[function].u1.AddressOfData;
-    return IMAGE_SNAP_BY_ORDINAL64(entry)
-               ? reinterpret_cast<const char*>(IMAGE_ORDINAL64(entry))
-               : at<const char>(entry + offsetof(IMAGE_IMPORT_BY_NAME, Name));
-}
-
-void raise(DWORD error, const char* library, const char* function) {
-    const ULONG_PTR names[] = {reinterpret_cast<ULONG_PTR>(library),
-                               reinterpret_cast<ULONG_PTR>(function)};
-    ::RaiseException(0xC06D0000 | error, 0, 2, names);
+FARPROC raise(DWORD error, DelayLoadInfo& info) {
+    info.dwLastError = ::GetLastError();
+    const auto argument = reinterpret_cast<ULONG_PTR>(&info);
+    ::RaiseException(0xC06D0000 | error, 0, 1, &argument);
+    return info.pfnCur;
 }
 
 }  // namespace
 
 // Called by the linker's stub for the function whose address belongs at `place`.
-extern "C" FARPROC WINAPI __delayLoadHelper2(const IMAGE_DELAYLOAD_DESCRIPTOR* library,
-                                             FARPROC* place) {
-    const auto function = static_cast<size_t>(place - at<FARPROC>(library->ImportAddressTableRVA));
-    const char* libraryName = at<const char>(library->DllNameRVA);
-    const char* name = nameOf(*library, function);
-    const HMODULE module = moduleOf(*library);
-    if (module == nullptr) {
-        raise(ERROR_MOD_NOT_FOUND, libraryName, name);
+extern "C" FARPROC WINAPI __delayLoadHelper2(const ImgDelayDescr* library, FARPROC* place) {
+    DelayLoadInfo info = infoOf(*library, place);
+    if (const FARPROC instead = tellHook(dliStartProcessing, info); instead != nullptr) {
+        return instead;
     }
-    const FARPROC found = ::GetProcAddress(module, name);
+    info.hmodCur = moduleOf(info);
+    if (info.hmodCur == nullptr) {
+        return raise(ERROR_MOD_NOT_FOUND, info);
+    }
+    FARPROC found = tellHook(dliNotePreGetProcAddress, info);
     if (found == nullptr) {
-        raise(ERROR_PROC_NOT_FOUND, libraryName, name);
+        found = ::GetProcAddress(info.hmodCur, info.dlp.szProcName);
+    }
+    if (found == nullptr) {
+        return raise(ERROR_PROC_NOT_FOUND, info);
     }
     *place = found;
     return found;

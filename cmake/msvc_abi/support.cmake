@@ -62,7 +62,8 @@ add_library(
 set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/type_info_table.cpp PROPERTIES COMPILE_OPTIONS
                                                                                      /GR-)
 # Under the name that Microsoft's has, so that the product's build finds it as there.
-add_library(delayimp STATIC ${CMAKE_CURRENT_LIST_DIR}/delay_load.cpp)
+add_library(delayimp STATIC ${CMAKE_CURRENT_LIST_DIR}/delay_load.cpp
+                            ${CMAKE_CURRENT_LIST_DIR}/delay_load_hook.cpp)
 foreach(target IN ITEMS msvc_abi_support delayimp)
     target_compile_features(${target} PRIVATE cxx_std_20)
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})

@@ -128,7 +128,7 @@ constexpr InterfaceKey interfaceKeys[] = {
      }}};
 
 RigInterface readInterface(const CStrictTable& table, const CStrictTable::Entry& entry) {
-    const auto* known =
+    const auto known =
         std::find_if(std::begin(interfaceKeys), std::end(interfaceKeys),
                      [&](const InterfaceKey& candidate) { return candidate.key == entry.key; });
     if (known == std::end(interfaceKeys)) {

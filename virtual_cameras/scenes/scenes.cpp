@@ -108,9 +108,9 @@ std::span<const SceneKind> sceneKinds() {
 }
 
 const SceneKind* sceneCalled(std::string_view name) {
-    const auto* found = std::find_if(std::begin(kinds), std::end(kinds),
-                                     [&](const SceneKind& kind) { return kind.name == name; });
-    return found != std::end(kinds) ? found : nullptr;
+    const auto found = std::find_if(std::begin(kinds), std::end(kinds),
+                                    [&](const SceneKind& kind) { return kind.name == name; });
+    return found != std::end(kinds) ? &*found : nullptr;
 }
 
 const SceneKind& usualScene() {

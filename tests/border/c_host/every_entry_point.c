@@ -32,7 +32,9 @@ typedef struct Buffer {
 } Buffer;
 
 static Buffer makeBuffer(size_t size) {
-    Buffer buffer = {size, malloc(size + 2 * GUARD_BYTES)};
+    Buffer buffer;
+    buffer.size = size;
+    buffer.memory = malloc(size + 2 * GUARD_BYTES);
     if (buffer.memory == NULL) {
         exit(2);
     }
@@ -185,7 +187,10 @@ int main(int argc, char** argv) {
         return 2;
     }
 
-    Host host = {.error = makeBuffer(HOST_TEXT_BYTES), .value = makeBuffer(HOST_TEXT_BYTES)};
+    Host host;
+    memset(&host, 0, sizeof(host));
+    host.error = makeBuffer(HOST_TEXT_BYTES);
+    host.value = makeBuffer(HOST_TEXT_BYTES);
     while (getVideoChannel(NULL, camera, &host.record) == 0) {
         printf("%d: %s (%s)\n", camera, host.record.deviceName, host.record.serialText);
         drive(&host);
