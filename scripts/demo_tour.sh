@@ -1,11 +1,14 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
-# The tour of demo.sh, inside its Wine session.
+# Usage: demo_tour.sh [CAMHOST PICTURES]
+# The tour of demo.sh, inside its Wine session, with that camhost.exe and the DLLs
+# beside it; the pictures go into an existing folder.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-pictures=build/demo
+program=${1:-build/windows/bin/camhost.exe}
+pictures=${2:-build/demo}
 
-camhost() { scripts/wine_run.sh build/windows/bin/camhost.exe "$@"; }
+camhost() { scripts/wine_run.sh "$program" "$@"; }
 # Prints the command line as it can be pasted, and runs it.
 show() {
     local argument line="camhost"
@@ -52,5 +55,5 @@ for index in "${!serials[@]}"; do
 done
 
 echo
-echo "$count pictures in $PWD/$pictures:"
+echo "$count pictures in $(realpath "$pictures"):"
 ls -1 "$pictures"

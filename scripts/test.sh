@@ -7,7 +7,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-presets=(windows native asan-ubsan tsan)
+presets=(windows windows-msvc-abi native asan-ubsan tsan)
 session=(scripts/wine_env.sh)
 tests=build
 if [ "${1:-}" = --quick ]; then
