@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 #include "camhost/base/failure.h"
 #include "camhost/base/number_texts.h"

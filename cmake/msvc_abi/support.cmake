@@ -42,6 +42,10 @@ foreach(
     file(CREATE_LINK ${VELMORA_WINE_LIBRARIES}/lib${name}.a ${import_libraries}/${name}.lib
          SYMBOLIC)
 endforeach()
+execute_process(
+    COMMAND ${CMAKE_DLLTOOL} -m i386:x86-64 -d ${CMAKE_CURRENT_LIST_DIR}/msvcp140.def -l
+            ${import_libraries}/msvcp140.lib
+    COMMAND_ERROR_IS_FATAL ANY)
 link_directories(${import_libraries})
 
 add_library(
@@ -49,6 +53,7 @@ add_library(
     ${CMAKE_CURRENT_LIST_DIR}/dll_main.cpp
     ${CMAKE_CURRENT_LIST_DIR}/dll_start.cpp
     ${CMAKE_CURRENT_LIST_DIR}/image_start.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/libcxx_exception_pointer.cpp
     ${CMAKE_CURRENT_LIST_DIR}/libcxx_numbers.cpp
     ${CMAKE_CURRENT_LIST_DIR}/libcxx_strings.cpp
     ${CMAKE_CURRENT_LIST_DIR}/libcxx_support.cpp
@@ -70,4 +75,4 @@ foreach(target IN ITEMS msvc_abi_support delayimp)
     target_compile_options(${target} PRIVATE /W4 /WX /EHs /EHc-)
 endforeach()
 
-link_libraries(msvc_abi_support vcruntime140 ucrtbase)
+link_libraries(msvc_abi_support msvcp140 vcruntime140 ucrtbase)

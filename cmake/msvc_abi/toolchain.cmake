@@ -8,6 +8,7 @@ set(CMAKE_C_COMPILER clang-cl-14)
 set(CMAKE_CXX_COMPILER clang-cl-14)
 set(CMAKE_LINKER lld-link-14)
 set(CMAKE_AR llvm-lib-14)
+set(CMAKE_DLLTOOL llvm-dlltool-14)
 set(CMAKE_RC_COMPILER llvm-rc-14)
 set(CMAKE_MT llvm-mt-14)
 # For the checks of what was built.

@@ -5,6 +5,7 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "capture/library/property_ids.h"
 #include "virtual_cameras/rig/identifiers.h"
