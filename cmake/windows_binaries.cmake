@@ -12,7 +12,8 @@ function(target_use_windows_binary target)
         return()
     endif()
     if(MSVC)
-        target_link_options(${target} PRIVATE /DYNAMICBASE /NXCOMPAT /HIGHENTROPYVA)
+        # /Brepro: no time of day in the file, so that the same sources give the same bytes.
+        target_link_options(${target} PRIVATE /DYNAMICBASE /NXCOMPAT /HIGHENTROPYVA /Brepro)
     else()
         target_link_options(
             ${target}
@@ -21,6 +22,7 @@ function(target_use_windows_binary target)
             -Wl,--dynamicbase
             -Wl,--nxcompat
             -Wl,--high-entropy-va
+            -Wl,--no-insert-timestamp
             $<$<CONFIG:Release>:-s>)
     endif()
     set_target_properties(${target} PROPERTIES PREFIX "")

@@ -35,6 +35,7 @@ camhost/commands: include/velmora camhost/base camhost/camera camhost/settings c
 camhost/application: camhost/base camhost/camera camhost/commands
 camhost/win32: camhost/base camhost/application
 cmake/msvc_abi:
+package: include/velmora
 fuzz: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/* fuzz/any_library
 fuzz/any_library: include/velmora platform capture capture/library properties adapter fuzz tests
 bench: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/*
