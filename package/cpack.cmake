@@ -1,11 +1,8 @@
 # SPDX-License-Identifier: MIT
-# For cpack, with -D STAGE=FOLDER -D VERSION=NUMBER: that folder as a ZIP.
+# What scripts/package.sh does not tell cpack itself.
 set(CPACK_GENERATOR ZIP)
 set(CPACK_PACKAGE_NAME velmora)
-set(CPACK_PACKAGE_VERSION ${VERSION})
-set(CPACK_PACKAGE_FILE_NAME velmora-${VERSION}-win64)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Velmora camera adapter")
 set(CPACK_PACKAGE_DESCRIPTION "${CPACK_PACKAGE_DESCRIPTION_SUMMARY}")
 set(CPACK_TOPLEVEL_TAG win64)
 set(CPACK_SYSTEM_NAME win64)
-set(CPACK_INSTALLED_DIRECTORIES "${STAGE};/")

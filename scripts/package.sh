@@ -84,7 +84,8 @@ put_trial_builds() {
 rm -rf "$stage"
 put include/velmora include/velmora/*.h
 put example package/example/first_frame.c
-put docs README.md CONTRIBUTING.md docs/*.md
+put . README.md CONTRIBUTING.md
+put docs docs/*.md
 put docs/images docs/images/*
 mkdir -p "$stage/licences"
 install -m 644 LICENSE "$stage/licences/velmora.txt"
@@ -101,7 +102,9 @@ fi
 (cd "$stage" && find . -type f ! -name SHA256SUMS | LC_ALL=C sort | sed 's|^\./||' |
     xargs -d '\n' sha256sum >"$folder/SHA256SUMS" && mv "$folder/SHA256SUMS" .)
 find "$stage" -exec touch -d "@$SOURCE_DATE_EPOCH" {} +
-cpack --config package/cpack.cmake -D STAGE="$stage" -D VERSION="$version" -B "$folder" >"$folder/cpack.log" ||
+cpack --config package/cpack.cmake -B "$folder" -D CPACK_PACKAGE_VERSION="$version" \
+    -D CPACK_PACKAGE_FILE_NAME="velmora-$version-win64" \
+    -D CPACK_INSTALLED_DIRECTORIES="$stage;/" >"$folder/cpack.log" 2>&1 ||
     { cat "$folder/cpack.log" >&2; exit 1; }
 rm -rf "$folder/_CPack_Packages" "$stage"
 (cd "$folder" && sha256sum "velmora-$version-win64.zip")

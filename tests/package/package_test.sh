@@ -44,7 +44,7 @@ expected='0: SIM Mono 23
 2: SIM Colour 1
 3: QRM 52
 4: SIM Frame Grabber
-a frame of 640 x 480, 921600 bytes'
+a frame of 1280 x 960, 3686400 bytes'
 for kind in mingw-w64 msvc-abi; do
     mkdir "Größe $kind"
     cp first_frame.exe ../adapter-trial-$kind/velmora_adapter.dll \
