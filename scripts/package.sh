@@ -63,6 +63,7 @@ put_visual_studio() {
 }
 
 put_trial_builds() {
+    [ -z "$build" ] || scripts/setup.sh test
     build_preset windows velmora_adapter virtual_cameras camhost
     build_preset windows-msvc-abi velmora_adapter virtual_cameras
     local mingw=build/windows/bin abi=build/windows-msvc-abi/bin

@@ -202,7 +202,8 @@ std::string handleLines() {
 
 template <class Item>
 std::string valueLine(std::string_view name) {
-    static_assert(sizeof(Item) == sizeof(void*) && alignof(Item) == alignof(void*));
+    static_assert(sizeof(Item) == sizeof(void*));
+    static_assert(alignof(Item) == alignof(void*));
     // Such a class is returned through a pointer to its place, in both ABIs.
     static_assert(!std::is_trivially_copyable_v<Item>);
     return sizeLine<Item>(name) + "\n";
