@@ -78,7 +78,8 @@ TEST_F(Environment, AWrongFileIsReportedWithItsPlaceAndLeavesNoCamera) {
     const std::string path = file("[[camera]]\nnmae = \"A\"\n");
     ::testing::internal::CaptureStderr();
     EXPECT_EQ("", devices(path.c_str()));
-    EXPECT_EQ(path + ":1:1: camera needs \"name\"\n", ::testing::internal::GetCapturedStderr());
+    EXPECT_EQ(path + ":2:1: unknown key \"nmae\" in camera; did you mean \"name\"?\n",
+              ::testing::internal::GetCapturedStderr());
     std::filesystem::remove(path);
 }
 

@@ -49,11 +49,45 @@ TEST_F(RigDescription, MissingAndMistypedValuesAreErrorsWithPlace) {
               errorOf("[[camera]]\nname = \"A\"\nscene = \"sky\"\n"));
     EXPECT_EQ("3:15: a frame rate must be above 0",
               errorOf("[[camera]]\nname = \"A\"\nframerates = [0.0]\n"));
-    EXPECT_EQ("1:1: format \"Y800 (1x1)\" is not offered",
+    EXPECT_EQ("3:10: format \"Y800 (1x1)\" is not offered; there are none",
               errorOf("[[camera]]\nname = \"A\"\nformat = \"Y800 (1x1)\"\n"));
     EXPECT_EQ("3:1: two cameras are called \"A\"",
               errorOf("[[camera]]\nname = \"A\"\n[[camera]]\nname = \"A\"\n"));
     EXPECT_EQ("1:7: only rig format 1 is known", errorOf("rig = 2\n"));
+}
+
+TEST_F(RigDescription, AMistypedNeededKeyIsToldByItsNearName) {
+    EXPECT_EQ("2:1: unknown key \"nam\" in camera; did you mean \"name\"?",
+              errorOf("[[camera]]\nnam = \"A\"\n"));
+    EXPECT_EQ("4:1: unknown key \"nmae\" in item; did you mean \"name\"?",
+              errorOf("[[camera]]\nname = \"A\"\n[[camera.item]]\nnmae = \"B\"\n"));
+    const std::string item = "[[camera]]\nname = \"A\"\n[[camera.item]]\nname = \"B\"\n";
+    EXPECT_EQ("5:17: unknown key \"mn\" in range; did you mean \"min\"?",
+              errorOf(item + "Value.range = { mn = 1, max = 2, value = 1 }\n"));
+    EXPECT_EQ("5:15: range needs \"min\"",
+              errorOf(item + "Value.range = { max = 2, value = 1 }\n"));
+    EXPECT_EQ("3:1: item needs \"name\"", errorOf("[[camera]]\nname = \"A\"\n[[camera.item]]\n"));
+}
+
+TEST_F(RigDescription, AValueLiesWithinItsLimits) {
+    const std::string item = "[[camera]]\nname = \"A\"\n[[camera.item]]\nname = \"B\"\n";
+    EXPECT_EQ("5:44: value must be within 0 and 10",
+              errorOf(item + "Value.range = { min = 0, max = 10, value = 30 }\n"));
+    EXPECT_EQ("5:46: value must be within 0.5 and 10",
+              errorOf(item + "Value.abs = { min = 0.5, max = 10.0, value = 0.1 }\n"));
+    load(item + "Value.range = { min = 10, max = 0, value = 3 }\n");
+}
+
+TEST_F(RigDescription, WhatIsOfferedIsNamedAtTheWrongChoice) {
+    EXPECT_EQ(
+        "4:10: format \"Y800 (9x9)\" is not offered; there are: \"Y800 (8x4)\", \"BY8 (8x4)\"",
+        errorOf("[[camera]]\nname = \"A\"\nformats = [\"Y800 (8x4)\", \"BY8 (8x4)\"]\n"
+                "format = \"Y800 (9x9)\"\n"));
+}
+
+TEST_F(RigDescription, WordsAreTakenInLettersOfAnyCase) {
+    load("[[camera]]\nname = \"A\"\nbayer = \"grbg\"\nscene = \"Counter\"\nopen = \"Succeed\"\n");
+    EXPECT_EQ((std::vector<std::string>{"A"}), names());
 }
 
 // The first column of the guide's table of scenes, against what the parser offers.

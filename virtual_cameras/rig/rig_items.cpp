@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -46,6 +47,16 @@ GUID identifierOr(const toml::node* node, const GUID& otherwise) {
     return *identifier;
 }
 
+// Limits may be reversed.
+template <class Value>
+void checkWithin(CStrictTable& table, Value low, Value high, Value value) {
+    if (!(std::min(low, high) <= value && value <= std::max(low, high))) {
+        std::ostringstream text;
+        text << "value must be within " << low << " and " << high;
+        failAt(table.find("value")->source(), text.str());
+    }
+}
+
 RigRange readRange(const toml::node& node) {
     CStrictTable table(node, "range");
     RigRange range;
@@ -53,6 +64,7 @@ RigRange readRange(const toml::node& node) {
     range.maximum = table.neededInteger("max");
     range.value = table.neededInteger("value");
     table.finish();
+    checkWithin(table, range.minimum, range.maximum, range.value);
     return range;
 }
 
@@ -65,6 +77,9 @@ RigAbsolute readAbsolute(const toml::node& node) {
     absolute.value =
         absolute.shared ? table.number("value", absolute.minimum) : table.neededNumber("value");
     table.finish();
+    if (!absolute.shared) {
+        checkWithin(table, absolute.minimum, absolute.maximum, absolute.value);
+    }
     return absolute;
 }
 
@@ -172,6 +187,7 @@ RigElement readElement(CStrictTable table, std::string name) {
     for (const CStrictTable::Entry& entry : entries) {
         element.interfaces.push_back(readInterface(table, entry));
     }
+    table.requireNeeded();
     shareQuantity(element, table.place());
     return element;
 }
@@ -197,6 +213,7 @@ RigItem readItem(const toml::node& node) {
             item.elements.push_back(readElement(std::move(elementTable), std::move(name)));
         }
     }
+    table.requireNeeded();
     return item;
 }
 

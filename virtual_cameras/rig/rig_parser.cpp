@@ -32,13 +32,22 @@ constexpr std::array<Named<OpenBehaviour>, 3> openBehaviours = {
      {"fail", OpenBehaviour::fails},
      {"throw", OpenBehaviour::throws}}};
 
-// The entry of that name among `choices`.
+// ASCII letters only.
+bool sameIgnoringCase(std::string_view left, std::string_view right) {
+    const auto lower = [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    };
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [&](char a, char b) { return lower(a) == lower(b); });
+}
+
+// The entry of that name, in letters of any case, among `choices`.
 template <class Choices>
 const auto& chosen(const Choices& choices, const toml::node& node, std::string_view what) {
     const std::string text = textOf(node, what);
     std::string all;
     for (const auto& choice : choices) {
-        if (choice.name == text) {
+        if (sameIgnoringCase(choice.name, text)) {
             return choice;
         }
         all += (all.empty() ? "" : ", ") + std::string(choice.name);
@@ -184,13 +193,19 @@ bool looksColoured(const RigCamera& camera) {
 }
 
 template <class Entry>
-void checkCurrent(const CStrictTable& table, std::string_view key, const std::string& current,
+void checkCurrent(CStrictTable& table, std::string_view key, const std::string& current,
                   const std::optional<std::vector<Entry>>& list) {
-    const bool offered = list && std::any_of(list->begin(), list->end(), [&](const Entry& entry) {
-                             return entry.name == current;
-                         });
-    if (!current.empty() && !offered) {
-        failAt(table.place(), std::string(key) + " \"" + current + "\" is not offered");
+    std::string offered;
+    for (const Entry& entry : list.value_or(std::vector<Entry>{})) {
+        if (entry.name == current) {
+            return;
+        }
+        offered += (offered.empty() ? "\"" : ", \"") + entry.name + "\"";
+    }
+    if (!current.empty()) {
+        failAt(table.find(key)->source(),
+               std::string(key) + " \"" + current + "\" is not offered; " +
+                   (offered.empty() ? "there are none" : "there are: " + offered));
     }
 }
 

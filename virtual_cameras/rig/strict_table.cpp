@@ -89,12 +89,12 @@ const toml::node* CStrictTable::find(std::string_view key) {
     return m_table->get(key);
 }
 
-const toml::node& CStrictTable::needed(std::string_view key) {
+const toml::node* CStrictTable::needed(std::string_view key) {
     const toml::node* node = find(key);
-    if (node == nullptr) {
-        failAt(m_table->source(), m_what + " needs " + quoted(key));
+    if (node == nullptr && m_missing.empty()) {
+        m_missing = key;
     }
-    return *node;
+    return node;
 }
 
 std::string CStrictTable::text(std::string_view key, std::string_view otherwise) {
@@ -103,7 +103,8 @@ std::string CStrictTable::text(std::string_view key, std::string_view otherwise)
 }
 
 std::string CStrictTable::neededText(std::string_view key) {
-    return textOf(needed(key), key);
+    const toml::node* node = needed(key);
+    return node != nullptr ? textOf(*node, key) : std::string();
 }
 
 bool CStrictTable::flag(std::string_view key, bool otherwise) {
@@ -112,11 +113,14 @@ bool CStrictTable::flag(std::string_view key, bool otherwise) {
 }
 
 std::int32_t CStrictTable::neededInteger(std::string_view key) {
-    const toml::node& node = needed(key);
-    const auto* value = node.as_integer();
+    const toml::node* node = needed(key);
+    if (node == nullptr) {
+        return 0;
+    }
+    const auto* value = node->as_integer();
     if (value == nullptr || value->get() < std::numeric_limits<std::int32_t>::min() ||
         value->get() > std::numeric_limits<std::int32_t>::max()) {
-        failAt(node.source(), std::string(key) + " must be a whole number of 32 bits");
+        failAt(node->source(), std::string(key) + " must be a whole number of 32 bits");
     }
     return static_cast<std::int32_t>(value->get());
 }
@@ -135,7 +139,8 @@ double CStrictTable::number(std::string_view key, double otherwise) {
 }
 
 double CStrictTable::neededNumber(std::string_view key) {
-    return numberOf(needed(key), key);
+    const toml::node* node = needed(key);
+    return node != nullptr ? numberOf(*node, key) : 0.0;
 }
 
 std::vector<CStrictTable::Entry> CStrictTable::rest() const {
@@ -154,6 +159,13 @@ void CStrictTable::finish() const {
     const std::vector<Entry> entries = rest();
     if (!entries.empty()) {
         failUnknown(entries.front());
+    }
+    requireNeeded();
+}
+
+void CStrictTable::requireNeeded() const {
+    if (!m_missing.empty()) {
+        failAt(m_table->source(), m_what + " needs " + quoted(m_missing));
     }
 }
 

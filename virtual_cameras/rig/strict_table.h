@@ -48,16 +48,19 @@ public:
 
     // Everything that was not asked for, in file order.
     std::vector<Entry> rest() const;
-    // Fails when something was not asked for.
+    // Fails when something was not asked for, else when something needed is missing: a key
+    // that is needed and mistyped is told by the near name, so the missing one waits.
     void finish() const;
+    void requireNeeded() const;
     [[noreturn]] void failUnknown(const Entry& entry) const;
 
 private:
-    const toml::node& needed(std::string_view key);
+    const toml::node* needed(std::string_view key);
 
     const toml::table* m_table;
     std::string m_what;
     std::vector<std::string_view> m_known;
+    std::string_view m_missing;  // the first that is needed and not there
 };
 
 std::string textOf(const toml::node& node, std::string_view what);
