@@ -12,9 +12,10 @@ namespace camhost {
 
 namespace {
 
-// Without the list that the library would add to the help a second time.
+// In letters of any case. Without the list that the library would add to the help a
+// second time.
 CLI::Validator oneOf(const std::vector<std::string>& words) {
-    return CLI::IsMember(words).description("");
+    return CLI::IsMember(words, CLI::ignore_case).description("");
 }
 
 std::string aboveZero(const std::string& text) {
@@ -110,12 +111,16 @@ void nameUnknownCommand(const CLI::App& app, CommandLine& line) {
 }
 
 void parse(CLI::App& app, const std::vector<std::string>& arguments, CommandLine& line) {
+    constexpr const char* version = "camhost " CAMHOST_VERSION "\n";
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
         app.parse(std::move(reversed));
     } catch (const CLI::CallForHelp&) {
         line.outcome = CommandLineOutcome::Help;
         line.text = app.help();
+    } catch (const CLI::CallForVersion&) {
+        line.outcome = CommandLineOutcome::Help;
+        line.text = version;
     } catch (const CLI::ParseError& error) {
         line.outcome = CommandLineOutcome::Error;
         line.text = error.what();
@@ -133,7 +138,10 @@ void parse(CLI::App& app, const std::vector<std::string>& arguments, CommandLine
 CommandLine readCommandLine(const std::vector<std::string>& arguments, const Commands& commands) {
     CommandLine line;
     CLI::App app("Drives cameras through a camera adapter.", "camhost");
+    // On Windows the library takes "/x.json" for an option by default, which is a file.
+    app.allow_windows_style_options(false);
     app.require_subcommand(1);
+    app.set_version_flag("--version", CAMHOST_VERSION, "the version of camhost");
     app.footer(
         "Exit codes: 0 done, 1 refused, 2 usage, 3 adapter or camera not found, 4 no frame in\n"
         "time, 5 device lost, 6 done in part, 130 interrupted.\n"

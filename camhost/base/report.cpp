@@ -7,8 +7,14 @@ namespace camhost {
 
 void CReport::line(std::string_view text) {
     if (!m_json) {
-        m_out << forTerminal(text) << '\n';
+        endProgress();
+        (m_outputIsGiven ? m_err : m_out) << forTerminal(text) << '\n';
     }
+}
+
+std::ostream& CReport::giveOutput() {
+    m_outputIsGiven = true;
+    return m_out;
 }
 
 void CReport::message(std::string_view text) {
@@ -95,13 +101,18 @@ CJson CReport::document(ExitCode exit) const {
     return document;
 }
 
-void CReport::finish(ExitCode exit) {
+ExitCode CReport::finish(ExitCode exit) {
     endProgress();
     if (m_json) {
         m_out << document(exit).toText() << '\n';
     }
     m_out.flush();
+    if (!m_out) {
+        m_err << "error: the results could not be written\n";
+        exit = exit == ExitCode::Done ? ExitCode::Refused : exit;
+    }
     m_err.flush();
+    return exit;
 }
 
 }  // namespace camhost

@@ -28,6 +28,10 @@ public:
     void setTerminal(bool on) { m_terminal = on; }
     bool terminal() const { return m_terminal; }
 
+    // The results' stream is for bytes that are no text: from now on lines go among the
+    // messages.
+    std::ostream& giveOutput();
+
     void line(std::string_view text);     // a result; not with JSON
     void message(std::string_view text);  // not when quiet
     void detail(std::string_view text);   // only when verbose
@@ -44,8 +48,9 @@ public:
         m_extra.emplace_back(std::move(key), std::move(value));
     }
 
-    // Writes the JSON object, if that is wanted, and empties the buffers.
-    void finish(ExitCode exit);
+    // Writes the JSON object, if that is wanted, and empties the buffers. Returns the exit
+    // code, which is not Done when the results did not arrive.
+    ExitCode finish(ExitCode exit);
 
 private:
     void endProgress();
@@ -55,6 +60,7 @@ private:
     std::ostream& m_err;
     bool m_json = false;
     bool m_terminal = false;
+    bool m_outputIsGiven = false;
     int m_verbosity = 0;
     std::size_t m_progressWidth = 0;
     std::string m_command;

@@ -46,6 +46,21 @@ TEST_F(Report, NoForeignTextInTheJsonDrivesTheTerminal) {
               "2Jd\\u007f\",\"exit\":0}\n");
 }
 
+TEST_F(Report, AResultEndsTheProgressOnATerminal) {
+    m_report.setTerminal(true);
+    m_report.progress("60/60");
+    m_report.line("done");
+    EXPECT_EQ(m_err.str(), "\r60/60\n");
+}
+
+TEST_F(Report, ResultsThatDoNotArriveAreAFailure) {
+    m_out.setstate(std::ios::badbit);
+    m_report.line("done");
+    EXPECT_EQ(m_report.finish(ExitCode::Done), ExitCode::Refused);
+    EXPECT_EQ(m_err.str(), "error: the results could not be written\n");
+    EXPECT_EQ(m_report.finish(ExitCode::Partial), ExitCode::Partial);
+}
+
 TEST_F(Report, LineBreaksAndOtherScriptsStay) {
     m_report.line("K\xC3\xA4mera\n\xE2\x82\xAC \xF0\x9F\x93\xB7");
     EXPECT_EQ(m_out.str(), "K\xC3\xA4mera\n\xE2\x82\xAC \xF0\x9F\x93\xB7\n");
