@@ -38,6 +38,10 @@ VIRTUAL_CAMERAS_API int32_t virtualCamerasChooseRig(const char* name, char* mess
 VIRTUAL_CAMERAS_API int32_t virtualCamerasLoadRig(const char* toml, char* message,
                                                   uint32_t messageSize);
 
+/* Why VIRTUAL_CAMERAS_RIG could not be followed when the library was initialised, which left
+ * no cameras. 1 and a terminated message, or 0 and an empty one when nothing was wrong. */
+VIRTUAL_CAMERAS_API int32_t virtualCamerasRigMistake(char* message, uint32_t messageSize);
+
 /* When frames come while a camera is live and not waiting for a trigger. */
 enum {
     VIRTUAL_CAMERAS_CLOCK_REAL = 0,   /* at the chosen frame rate */

@@ -28,6 +28,7 @@ ExitCode reportUsage(const CommandLine& line, CReport& report) {
 
 // For the virtual cameras; they are read when their library is loaded.
 void chooseVirtualCameras(const GlobalOptions& options, CSystem& system) {
+    system.setVariable("VIRTUAL_CAMERAS_QUIET", "1");  // camhost tells it, as an error
     if (!options.rig.empty()) {
         system.setVariable("VIRTUAL_CAMERAS_RIG", options.rig);
     }
@@ -37,6 +38,9 @@ void chooseVirtualCameras(const GlobalOptions& options, CSystem& system) {
 }
 
 void explainNoCameras(const CCameras& cameras, CSystem& system) {
+    if (const std::string mistake = system.rigMistake(); !mistake.empty()) {
+        throw Failure{.exit = ExitCode::Usage, .code = "bad_rig", .message = mistake};
+    }
     if (cameras.all().empty() && !system.captureLibraryPresent()) {
         throw Failure{.exit = ExitCode::NotFound,
                       .code = "capture_library_missing",
@@ -47,23 +51,34 @@ void explainNoCameras(const CCameras& cameras, CSystem& system) {
     }
 }
 
+// As it can be pasted.
+std::string argumentText(const std::string& argument) {
+    return argument.find_first_of(" #&()\\") == argument.npos ? argument : "\"" + argument + "\"";
+}
+
 std::string hintPrefix(const GlobalOptions& options, const CRecordChannel& camera) {
     std::string prefix = "camhost";
-    if (!options.rig.empty()) {
-        prefix += " --rig " + options.rig;
-    }
-    if (!options.camera.empty()) {
-        prefix += " -c " + camera.selector();
-    }
+    const auto add = [&](const char* name, const std::string& value) {
+        prefix += value.empty() ? "" : std::string(" ") + name + " " + argumentText(value);
+    };
+    add("--adapter", options.adapter);
+    add("--rig", options.rig);
+    add("--clock", options.clock);
+    add("-c", options.camera.empty() ? "" : camera.selector());
     return prefix;
 }
 
 void chooseCamera(CommandContext& context, const GlobalOptions& options) {
     CRecordChannel& camera = context.cameras.select(options.camera);
+    if (camera.neverOpened()) {
+        throw Failure{.exit = ExitCode::NotFound,
+                      .code = "camera_not_open",
+                      .message = camera.selector() + " \"" + camera.name() +
+                                 "\" did not open; in use elsewhere?"};
+    }
     context.camera = &camera;
     context.hintPrefix = hintPrefix(options, camera);
-    context.report.setCamera(CJson::object(
-        {{"index", camera.index()}, {"serial", camera.serial()}, {"name", camera.name()}}));
+    context.report.setCamera(identityJson(camera));
 }
 
 ExitCode runCommand(CCommand& command, const GlobalOptions& options, CSystem& system,
@@ -127,8 +142,7 @@ int runApplication(const std::vector<std::string>& arguments, CSystem& system,
     const CommandLine line = readCommandLine(arguments, commands);
     if (line.outcome == CommandLineOutcome::Help) {
         results << line.text;
-        results.flush();
-        return static_cast<int>(ExitCode::Done);
+        return static_cast<int>(CReport(results, messages).finish(ExitCode::Done));
     }
     CReport report(results, messages);
     report.setJson(line.options.json);
@@ -144,8 +158,7 @@ int runApplication(const std::vector<std::string>& arguments, CSystem& system,
         system.guardDialogs(false);
         result = judgeDialogs(result, system, report);
     }
-    report.finish(result);
-    return static_cast<int>(result);
+    return static_cast<int>(report.finish(result));
 }
 
 }  // namespace camhost

@@ -32,6 +32,48 @@ bool matchesWhole(std::string_view text, std::string_view pattern) {
     return pattern.find_first_not_of('*', p) == pattern.npos;
 }
 
+// As many words of the text's beginning as the other has.
+std::string_view firstWords(std::string_view text, std::string_view other) {
+    auto words = std::count(other.begin(), other.end(), ' ') + 1;
+    std::size_t end = 0;
+    for (; words > 0 && end != text.npos; --words) {
+        end = text.find(' ', end == 0 ? 0 : end + 1);
+    }
+    return text.substr(0, end);
+}
+
+struct Candidate {
+    std::size_t distance;
+    std::string name;
+};
+
+std::vector<std::string> nearest(std::vector<Candidate> found) {
+    constexpr std::size_t most = 3;
+    std::stable_sort(found.begin(), found.end(), [](const Candidate& a, const Candidate& b) {
+        return a.distance < b.distance;
+    });
+    std::vector<std::string> result;
+    for (std::size_t i = 0; i < found.size() && i < most; ++i) {
+        result.push_back(found[i].name);
+    }
+    return result;
+}
+
+// Those that begin with words like the wanted ones.
+std::vector<Candidate> withNearBeginning(const std::string& wanted,
+                                         const std::vector<std::string>& names) {
+    const std::size_t limit = wanted.size() < 6 ? 1 : 2;
+    std::vector<Candidate> found;
+    for (const std::string& name : names) {
+        const std::string candidate = folded(name);
+        const std::size_t distance = editDistance(wanted, firstWords(candidate, wanted));
+        if (wanted.size() > 2 && distance <= limit) {
+            found.push_back({distance, name});
+        }
+    }
+    return found;
+}
+
 }  // namespace
 
 std::size_t editDistance(std::string_view a, std::string_view b) {
@@ -57,30 +99,25 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
 }
 
 std::vector<std::string> nearNames(std::string_view asked, const std::vector<std::string>& names) {
-    const std::string wanted = normalisedKey(asked);
+    std::string wanted = folded(asked);
+    wanted.erase(wanted.find_last_not_of(' ') + 1);
     if (wanted.empty()) {
         return {};
     }
     const std::size_t limit = std::max<std::size_t>(2, wanted.size() / 4);
-    std::vector<std::pair<std::size_t, std::string>> found;
+    std::vector<Candidate> found;
     for (const std::string& name : names) {
-        const std::string candidate = lowered(name);
+        const std::string candidate = folded(name);
         std::size_t distance = editDistance(wanted, candidate);
         const bool contained = wanted.size() >= 3 && candidate.find(wanted) != candidate.npos;
         if (distance <= limit || contained) {
             if (contained) {
                 distance = std::min(distance, limit);
             }
-            found.emplace_back(distance, name);
+            found.push_back({distance, name});
         }
     }
-    std::stable_sort(found.begin(), found.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-    std::vector<std::string> result;
-    for (std::size_t i = 0; i < found.size() && i < 3; ++i) {
-        result.push_back(found[i].second);
-    }
-    return result;
+    return nearest(found.empty() ? withNearBeginning(wanted, names) : std::move(found));
 }
 
 std::string quotedList(const std::vector<std::string>& names) {
@@ -95,8 +132,8 @@ std::string quotedList(const std::vector<std::string>& names) {
 }
 
 bool matchesPattern(std::string_view text, std::string_view pattern) {
-    const std::string where = lowered(text);
-    const std::string what = lowered(pattern);
+    const std::string where = folded(text);
+    const std::string what = folded(pattern);
     if (what.find_first_of("*?") == what.npos) {
         return where.find(what) != where.npos;
     }

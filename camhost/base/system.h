@@ -31,6 +31,9 @@ public:
     virtual std::string adapterFile() const = 0;
     // Whether the file that the adapter needs at its first call lies beside it.
     virtual bool captureLibraryPresent() const = 0;
+    // What virtual cameras found wrong with their rig; empty for nothing, and for cameras
+    // that are not virtual.
+    virtual std::string rigMistake() const = 0;
 
     // From now on, windows that ask the user something are read and closed.
     virtual void guardDialogs(bool on) = 0;

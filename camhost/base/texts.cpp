@@ -123,6 +123,58 @@ std::string withoutControls(std::string_view text, bool keepLayout) {
 
 }  // namespace
 
+namespace {
+
+struct CapitalLetters {
+    char32_t first;
+    char32_t last;
+    char32_t toSmall;  // what to add
+};
+constexpr CapitalLetters capitalLetters[] = {
+    {0x00C0, 0x00D6, 0x20},                          // Latin, but for the sign of multiplication
+    {0x00D8, 0x00DE, 0x20}, {0x0391, 0x03AB, 0x20},  // Greek
+    {0x0400, 0x040F, 0x50},                          // Cyrillic
+    {0x0410, 0x042F, 0x20},
+};
+
+// Latin letters with further signs come in pairs, capital first.
+char32_t smallOfPair(char32_t point) {
+    const bool evenFirst =
+        (point >= 0x0100 && point <= 0x0137) || (point >= 0x014A && point <= 0x0177);
+    const bool oddFirst =
+        (point >= 0x0139 && point <= 0x0148) || (point >= 0x0179 && point <= 0x017E);
+    const bool isCapital = (evenFirst && point % 2 == 0) || (oddFirst && point % 2 == 1);
+    return isCapital ? point + 1 : point;
+}
+
+char32_t smallLetter(char32_t point) {
+    for (const CapitalLetters& letters : capitalLetters) {
+        if (point >= letters.first && point <= letters.last) {
+            return point + letters.toSmall;
+        }
+    }
+    return smallOfPair(point);
+}
+
+}  // namespace
+
+std::string folded(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const auto [length, point] = firstPoint(text);
+        if (const char32_t small = smallLetter(point); length == 2 && small != point) {
+            result += static_cast<char>(0xC0U | (small >> 6U));
+            result += static_cast<char>(0x80U | (small & 0x3FU));
+        } else {
+            result += length == 1 ? std::string(1, lowerCharacter(text.front()))
+                                  : std::string(text.substr(0, length));
+        }
+        text.remove_prefix(length);
+    }
+    return result;
+}
+
 std::string printable(std::string_view text) {
     return withoutControls(text, false);
 }

@@ -11,6 +11,9 @@ namespace camhost {
 
 // ASCII only, whatever the locale.
 std::string lowered(std::string_view text);
+// Of UTF-8, for finding what people typed: capital letters of the Latin, Greek and Cyrillic
+// alphabets are small ones.
+std::string folded(std::string_view text);
 bool sameIgnoringCase(std::string_view a, std::string_view b);
 
 // As the adapter reads a key: lowered, without the blanks at its end.

@@ -52,12 +52,26 @@ std::string candidateText(const Channels& channels) {
     return candidateText(matching(channels, [](const CRecordChannel&) { return true; }));
 }
 
+bool isBareNumber(const std::string& wanted) {
+    return wanted.find_first_not_of("0123456789") == wanted.npos;
+}
+
+Candidates byIndex(const std::string& digits, const Channels& channels) {
+    const auto index = wholeInteger(digits);
+    return matching(channels,
+                    [&](const CRecordChannel& channel) { return channel.index() == index; });
+}
+
 Failure notFound(const std::string& wanted, const Channels& channels) {
+    std::string hint =
+        channels.empty() ? "there are no cameras" : "there are: " + candidateText(channels);
+    if (isBareNumber(wanted) && !byIndex(wanted, channels).empty()) {
+        hint = "a number is a serial; the camera at that index is -c \"#" + wanted + "\"";
+    }
     return {.exit = ExitCode::NotFound,
             .code = "camera_not_found",
             .message = "no camera \"" + wanted + "\"",
-            .hint = channels.empty() ? "there are no cameras"
-                                     : "there are: " + candidateText(channels)};
+            .hint = hint};
 }
 
 CRecordChannel& theOnly(const Channels& channels) {
@@ -75,28 +89,36 @@ CRecordChannel& theOnly(const Channels& channels) {
     return *channels.front();
 }
 
-Candidates byIndex(const std::string& wanted, const Channels& channels) {
-    const auto index = wholeInteger(wanted.substr(1));
-    return matching(channels,
-                    [&](const CRecordChannel& channel) { return channel.index() == index; });
-}
-
 // The first of these that fits any camera decides.
 Candidates byText(const std::string& wanted, const Channels& channels) {
     const std::function<bool(const CRecordChannel&)> tests[] = {
         [&](const auto& c) { return c.hasSerial() && sameSerial(c.serial(), wanted); },
-        [&](const auto& c) { return sameIgnoringCase(c.name(), wanted); },
-        [&](const auto& c) { return lowered(c.name()).find(lowered(wanted)) != wanted.npos; },
+        [&](const auto& c) { return folded(c.name()) == folded(wanted); },
+        [&](const auto& c) { return folded(c.name()).find(folded(wanted)) != wanted.npos; },
     };
     for (const auto& test : tests) {
         if (Candidates found = matching(channels, test); !found.empty()) {
             return found;
+        }
+        // A bare number is meant for a serial, or for an index by mistake: never for a
+        // digit in some name.
+        if (isBareNumber(wanted)) {
+            break;
         }
     }
     return {};
 }
 
 }  // namespace
+
+CJson identityJson(const CRecordChannel& camera) {
+    CJson identity = CJson::object({{"index", camera.index()}});
+    if (camera.hasSerial()) {
+        identity.set("serial", camera.serial());
+    }
+    identity.set("name", camera.name());
+    return identity;
+}
 
 CCameras::CCameras(GetVideoChannelEntry getVideoChannel) {
     for (std::int32_t index = 0; index < mostCameras; ++index) {
@@ -130,8 +152,8 @@ CRecordChannel& CCameras::select(const std::string& wanted) const {
     if (wanted.empty()) {
         return theOnly(m_channels);
     }
-    const Candidates found =
-        wanted.starts_with('#') ? byIndex(wanted, m_channels) : byText(wanted, m_channels);
+    const Candidates found = wanted.starts_with('#') ? byIndex(wanted.substr(1), m_channels)
+                                                     : byText(wanted, m_channels);
     if (found.empty()) {
         throw notFound(wanted, m_channels);
     }

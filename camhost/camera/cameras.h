@@ -7,9 +7,13 @@
 #include <string>
 #include <vector>
 
+#include "camhost/base/json.h"
 #include "camhost/camera/record_channel.h"
 
 namespace camhost {
+
+// Index, serial (absent where there is none) and name.
+CJson identityJson(const CRecordChannel& camera);
 
 class CCameras {
 public:

@@ -113,6 +113,14 @@ Reply CRecordChannel::imageInfo(ImageInfo& image, std::uint32_t& status) {
     });
 }
 
+bool CRecordChannel::neverOpened() {
+    ImageInfo image{};
+    std::uint32_t status = 0;
+    std::string first;
+    return !imageInfo(image, status).done() && status == HOST_STATUS_NO_DEVICE &&
+           !getValue("feature_1", first).done();
+}
+
 ImageInfo CRecordChannel::readImageInfo() {
     ImageInfo image{};
     std::uint32_t status = 0;

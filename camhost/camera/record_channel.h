@@ -46,6 +46,9 @@ public:
     Reply applyParameters(const CameraParameterBlock& block);
 
     Reply imageInfo(ImageInfo& image, std::uint32_t& status);
+    // Whether the adapter knows it as a camera that it could not open: there is no device,
+    // nor a single setting, which a lost camera keeps.
+    bool neverOpened();
     // Throws a Failure that tells a lost camera from a refusal.
     ImageInfo readImageInfo();
     Reply start();

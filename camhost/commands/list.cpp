@@ -62,12 +62,11 @@ public:
             const VideoChannelRecord& record = camera->record();
             rows.push_back({std::to_string(camera->index()), printable(camera->serial()),
                             printable(camera->name()), sizeText(record), stateText(*camera)});
-            result.add(CJson::object({{"index", camera->index()},
-                                      {"serial", camera->serial()},
-                                      {"name", camera->name()},
-                                      {"max_width", record.maxWidth},
-                                      {"max_height", record.maxHeight},
-                                      {"state", rows.back().state}}));
+            CJson row = identityJson(*camera);
+            row.set("max_width", record.maxWidth);
+            row.set("max_height", record.maxHeight);
+            row.set("state", rows.back().state);
+            result.add(std::move(row));
         }
         if (rows.size() > 1) {
             printRows(rows, context.report);

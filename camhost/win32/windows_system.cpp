@@ -16,6 +16,7 @@ namespace camhost {
 namespace {
 
 constexpr const wchar_t* defaultAdapter = L"velmora_adapter.dll";
+constexpr const wchar_t* captureFile = L"ORV_CAPLB11_x64.dll";
 constexpr const wchar_t* capturePattern = L"ORV_CAPLB11*.dll";
 
 std::atomic<bool> ctrlC{false};
@@ -112,6 +113,19 @@ bool CWindowsSystem::captureLibraryPresent() const {
     }
     FindClose(search);
     return true;
+}
+
+std::string CWindowsSystem::rigMistake() const {
+    using MistakeEntry = std::int32_t (*)(char* message, std::uint32_t size);
+    const HMODULE library = GetModuleHandleW(captureFile);
+    const FARPROC entry =
+        library != nullptr ? GetProcAddress(library, "virtualCamerasRigMistake") : nullptr;
+    if (entry == nullptr) {
+        return {};
+    }
+    char message[1024] = "";
+    reinterpret_cast<MistakeEntry>(reinterpret_cast<void (*)()>(entry))(message, sizeof message);
+    return message;
 }
 
 void CWindowsSystem::guardDialogs(bool on) {

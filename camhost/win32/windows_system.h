@@ -20,6 +20,7 @@ public:
     GetVideoChannelEntry loadAdapter(const std::string& file) override;
     std::string adapterFile() const override { return m_adapterFile; }
     bool captureLibraryPresent() const override;
+    std::string rigMistake() const override;
     void guardDialogs(bool on) override;
     std::vector<Dialog> dialogsClosed() override;
     double seconds() override;

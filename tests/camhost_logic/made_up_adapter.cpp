@@ -35,7 +35,7 @@ std::string normal(const char* key) {
 // The numbered lists are made from the tables.
 bool listEntry(const MadeUpCamera& camera, const std::string& key, std::string& value) {
     const bool feature = key.starts_with("feature_");
-    if (!feature && !key.starts_with("execute_")) {
+    if (camera.noLists || (!feature && !key.starts_with("execute_"))) {
         return false;
     }
     std::vector<std::string> names = camera.commands;
@@ -156,6 +156,8 @@ std::int32_t imageInfo(char* message, void* context, ImageInfo* image, std::uint
     image->width = camera.width;
     image->height = camera.height;
     image->pixelType = camera.pixelType;
+    image->regionWidth = camera.width;
+    image->regionHeight = camera.height;
     *status = 0;
     return 0;
 }

@@ -38,6 +38,7 @@ struct MadeUpCamera {
     std::map<std::string, std::pair<std::string, std::string>> effects;  // of commands
     std::set<std::string> throwingCode;  // keys whose read throws 0x80004005
     bool missing = false;
+    bool noLists = false;  // not even an end of the numbered lists
     bool startRefused = false;
 
     std::deque<Wait> waits;  // then frames without end
@@ -59,6 +60,7 @@ public:
     GetVideoChannelEntry loadAdapter(const std::string& file) override;
     std::string adapterFile() const override { return "made_up.dll"; }
     bool captureLibraryPresent() const override { return captureLibrary; }
+    std::string rigMistake() const override { return mistake; }
     void guardDialogs(bool on) override { guarded.push_back(on); }
     std::vector<Dialog> dialogsClosed() override { return dialogs; }
     double seconds() override { return time; }
@@ -72,6 +74,7 @@ public:
     std::vector<Dialog> dialogs;
     std::vector<bool> guarded;
     bool captureLibrary = true;
+    std::string mistake;  // of a rig
     bool terminal = false;
     double time = 100.0;
     double interruptAfter = -1.0;

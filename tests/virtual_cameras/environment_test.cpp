@@ -42,6 +42,7 @@ protected:
         DShowLib::ExitLibrary();
         setVariable("VIRTUAL_CAMERAS_RIG", "");
         setVariable("VIRTUAL_CAMERAS_CLOCK", "");
+        setVariable("VIRTUAL_CAMERAS_QUIET", "");
         virtualCamerasReset();
     }
     // The device names after a start with that rig.
@@ -86,8 +87,38 @@ TEST_F(Environment, AWrongFileIsReportedWithItsPlaceAndLeavesNoCamera) {
 TEST_F(Environment, AMissingFileIsReported) {
     ::testing::internal::CaptureStderr();
     EXPECT_EQ("", devices("no-such.toml"));
-    EXPECT_EQ("no-such.toml: there is no such built-in rig, and no such file\n",
+    EXPECT_EQ(
+        "no-such.toml: there is no such built-in rig, and no such file; built in are standard, "
+        "empty, failing-open, throwing, odd, no-properties, bare\n",
+        ::testing::internal::GetCapturedStderr());
+}
+
+TEST_F(Environment, AMistypedRigIsToldByItsNearName) {
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ("", devices("standrad"));
+    EXPECT_EQ(
+        "standrad: there is no such built-in rig, and no such file; did you mean \"standard\"? "
+        "Built in are standard, empty, failing-open, throwing, odd, no-properties, bare\n",
+        ::testing::internal::GetCapturedStderr());
+}
+
+TEST_F(Environment, AMistypedSceneIsToldWithItsPlace) {
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ("", devices("standard:sky"));
+    EXPECT_EQ("standard:sky:1:10: there is no scene \"sky\"\n",
               ::testing::internal::GetCapturedStderr());
+}
+
+TEST_F(Environment, AQuietMistakeIsToldToWhoAsks) {
+    char message[256] = "?";
+    EXPECT_EQ(0, virtualCamerasRigMistake(message, sizeof(message)));
+    EXPECT_STREQ("", message);
+    setVariable("VIRTUAL_CAMERAS_QUIET", "1");
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ("", devices("standard:sky"));
+    EXPECT_EQ("", ::testing::internal::GetCapturedStderr());
+    EXPECT_EQ(1, virtualCamerasRigMistake(message, sizeof(message)));
+    EXPECT_STREQ("standard:sky:1:10: there is no scene \"sky\"", message);
 }
 
 TEST_F(Environment, DoesNotCountAgainstTheControlInterface) {

@@ -76,6 +76,7 @@ TEST_F(RigDescription, AValueLiesWithinItsLimits) {
     EXPECT_EQ("5:46: value must be within 0.5 and 10",
               errorOf(item + "Value.abs = { min = 0.5, max = 10.0, value = 0.1 }\n"));
     load(item + "Value.range = { min = 10, max = 0, value = 3 }\n");
+    load(item + "Value.range = { min = 5, max = 5, value = 6 }\n");
 }
 
 TEST_F(RigDescription, WhatIsOfferedIsNamedAtTheWrongChoice) {

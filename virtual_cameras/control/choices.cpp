@@ -19,6 +19,7 @@ struct Choices {
     // Through the control interface.
     bool rigChosen = false;
     bool clockChosen = false;
+    std::string rigMistake;
 };
 
 Choices& choices(CWorldLock&) {
@@ -39,9 +40,12 @@ std::variant<Rig, std::string> rigOfEnvironment(const std::string& value) {
     if (std::holds_alternative<Rig>(builtIn)) {
         return builtIn;
     }
+    if (isBuiltInRig(value)) {
+        return value + ":" + std::get<std::string>(builtIn);
+    }
     const auto content = fileContent(value, longestRigFile + 1);
     if (!content) {
-        return value + ": there is no such built-in rig, and no such file";
+        return value + ": there is no such built-in rig, and no such file" + builtInRigsHint(value);
     }
     if (content->size() > longestRigFile) {
         return value + ": a rig file has at most " + std::to_string(longestRigFile) + " bytes";
@@ -68,12 +72,16 @@ void applyClock(CWorldLock& world) {
 
 void applyRig(CWorldLock& world) {
     const auto value = environmentText("VIRTUAL_CAMERAS_RIG");
+    choices(world).rigMistake.clear();
     if (!value || choices(world).rigChosen) {
         return;
     }
     const auto rig = rigOfEnvironment(*value);
     if (const auto* message = std::get_if<std::string>(&rig)) {
-        std::ignore = std::fprintf(stderr, "%s\n", message->c_str());
+        choices(world).rigMistake = *message;
+        if (!environmentText("VIRTUAL_CAMERAS_QUIET")) {
+            std::ignore = std::fprintf(stderr, "%s\n", message->c_str());
+        }
         putIn(world, Rig{});
     } else {
         putIn(world, std::get<Rig>(rig));
@@ -105,9 +113,14 @@ void applyEnvironment(CWorldLock& world) {
     presentCameras(world);
 }
 
+std::string rigMistake(CWorldLock& world) {
+    return choices(world).rigMistake;
+}
+
 void forgetChoices(CWorldLock& world) {
     putIn(world, standardRig());
     deliveries().resetClock(world);
+    choices(world).rigMistake.clear();
     choices(world).rigChosen = false;
     choices(world).clockChosen = false;
 }

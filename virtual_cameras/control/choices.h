@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "virtual_cameras/live/camera_list.h"
 
@@ -19,6 +20,9 @@ void chooseClock(CWorldLock& world, std::int32_t mode);
 // Rig and clock as VIRTUAL_CAMERAS_RIG and VIRTUAL_CAMERAS_CLOCK say. What they
 // say wrongly is reported on stderr; a wrong rig leaves no cameras.
 void applyEnvironment(CWorldLock& world);
+
+// What was wrong with the environment's rig when it was applied last; empty for nothing.
+std::string rigMistake(CWorldLock& world);
 
 // Back to the standard rig and real time; the environment counts again.
 void forgetChoices(CWorldLock& world);

@@ -75,6 +75,13 @@ int32_t virtualCamerasLoadRig(const char* toml, char* message, uint32_t messageS
     return takeRig(rigByText(textOrEmpty(toml)), message, messageSize);
 }
 
+int32_t virtualCamerasRigMistake(char* message, uint32_t messageSize) {
+    CWorldLock world;
+    const std::string mistake = rigMistake(world);
+    copyText(mistake, message, messageSize);
+    return mistake.empty() ? 0 : 1;
+}
+
 void virtualCamerasSetClock(int32_t mode) {
     CWorldLock world;
     chooseClock(world, mode);

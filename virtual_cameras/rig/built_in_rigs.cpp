@@ -326,4 +326,12 @@ std::optional<std::string_view> builtInRig(std::string_view name) {
     return std::nullopt;
 }
 
+std::vector<std::string_view> builtInRigNames() {
+    std::vector<std::string_view> names;
+    for (const BuiltIn& rig : builtIns) {
+        names.push_back(rig.name);
+    }
+    return names;
+}
+
 }  // namespace virtual_cameras

@@ -47,10 +47,10 @@ GUID identifierOr(const toml::node* node, const GUID& otherwise) {
     return *identifier;
 }
 
-// Limits may be reversed.
+// Limits may be reversed. Where they are one, a camera may report any value beside them.
 template <class Value>
 void checkWithin(CStrictTable& table, Value low, Value high, Value value) {
-    if (!(std::min(low, high) <= value && value <= std::max(low, high))) {
+    if (low != high && !(std::min(low, high) <= value && value <= std::max(low, high))) {
         std::ostringstream text;
         text << "value must be within " << low << " and " << high;
         failAt(table.find("value")->source(), text.str());

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "virtual_cameras/rig/built_in_rigs.h"
+#include "virtual_cameras/rig/near_name.h"
 #include "virtual_cameras/rig/rig_parser.h"
 
 namespace virtual_cameras {
@@ -31,6 +32,21 @@ std::variant<Rig, std::string> rigByName(std::string_view name) {
         camera.scene.kind = scene;
     }
     return rig;
+}
+
+bool isBuiltInRig(std::string_view name) {
+    return builtInRig(name.substr(0, name.find(':'))).has_value();
+}
+
+std::string builtInRigsHint(std::string_view name) {
+    const std::vector<std::string_view> names = builtInRigNames();
+    std::string text = meantText(name, names);
+    std::string_view separator = text.empty() ? "; built in are " : " Built in are ";
+    for (const std::string_view each : names) {
+        text.append(separator).append(each);
+        separator = ", ";
+    }
+    return text;
 }
 
 std::variant<Rig, std::string> rigByText(std::string_view toml) {
