@@ -54,6 +54,11 @@ void writeFile(const std::string& name, std::span<const std::uint8_t> bytes) {
     }
 }
 
+bool isFile(const std::string& name) {
+    std::error_code error;
+    return fs::is_regular_file(pathOf(name), error);
+}
+
 void writeTextFile(const std::string& name, std::string_view text) {
     writeFile(name, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
 }

@@ -17,6 +17,9 @@ namespace camhost {
 void writeFile(const std::string& name, std::span<const std::uint8_t> bytes);
 void writeTextFile(const std::string& name, std::string_view text);
 
+// Whether there is an ordinary file of that name.
+bool isFile(const std::string& name);
+
 inline constexpr std::size_t longestTextFile = std::size_t{1} << 20U;
 // Refuses a file of more than `longestTextFile` bytes.
 std::string readTextFile(const std::string& name);

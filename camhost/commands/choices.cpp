@@ -78,7 +78,7 @@ public:
     }
 
     ExitCode run(CommandContext& context) override {
-        CSettings settings(*context.camera);
+        CSettings settings(*context.camera, context.hintPrefix);
         std::vector<Setting> learnt;
         for (const std::string& key : m_keys) {
             learnt.push_back(learn(settings, context, key));

@@ -15,7 +15,7 @@ public:
     }
 
     ExitCode run(CommandContext& context) override {
-        const CSettings settings(*context.camera);
+        const CSettings settings(*context.camera, context.hintPrefix);
         for (const std::string& command : settings.commands()) {
             context.report.line(printable(command));
         }

@@ -84,7 +84,7 @@ public:
         if (file.serial != context.camera->serial()) {
             context.report.warning("the file is of camera " + file.serial + " (" + file.name + ")");
         }
-        CSettings settings(*context.camera);
+        CSettings settings(*context.camera, context.hintPrefix);
         CDiff diff(context.report);
         compareSaved(file, settings, diff);
         findUnsaved(file, settings, diff);

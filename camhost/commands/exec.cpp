@@ -41,10 +41,15 @@ CJson reportChanges(const Texts& before, const Texts& after, CReport& report) {
     return changes;
 }
 
-void execute(CommandContext& context, CSettings& settings, const std::string& command) {
+void execute(CommandContext& context, CSettings& settings, const std::string& command,
+             bool manual) {
     const std::string name = normalisedKey(command);
     if (!settings.hasCommand(name)) {
         throw settings.unknownCommand(command);
+    }
+    const auto automatic = settings.activeAutomatic(name);
+    if (manual && automatic) {
+        context.camera->setValue(*automatic, "false");
     }
     context.system.guardDialogs(!context.dialogs && name != propertyPage);
     const Reply reply = context.camera->execute(command);
@@ -52,11 +57,13 @@ void execute(CommandContext& context, CSettings& settings, const std::string& co
     if (reply.done()) {
         return;
     }
-    if (const auto automatic = settings.activeAutomatic(name)) {
+    if (manual && automatic) {
+        context.camera->setValue(*automatic, "true");
+    } else if (automatic) {
         throw Failure{.code = "auto_on",
                       .message = name + ": refused, automatic is on",
                       .adapterMessage = reply.message,
-                      .hint = context.hintPrefix + " set \"" + *automatic + "=false\""};
+                      .hint = context.hintPrefix + " exec --manual \"" + name + "\""};
     }
     throw Failure{
         .code = "refused", .message = name + ": " + reply.message, .adapterMessage = reply.message};
@@ -74,14 +81,15 @@ public:
 
     void takeOptions(COptionList& list) override {
         list.words("COMMAND", m_commands, "as listed by commands");
+        list.flag("--manual", m_manual, "switch the action's automatic off first");
     }
 
     ExitCode run(CommandContext& context) override {
-        CSettings settings(*context.camera);
+        CSettings settings(*context.camera, context.hintPrefix);
         CJson result = CJson::array();
         for (const std::string& command : m_commands) {
             const Texts before = readTexts(settings);
-            execute(context, settings, command);
+            execute(context, settings, command, m_manual);
             const std::string name = normalisedKey(command);
             context.report.line(name + ": done");
             const CJson changes = reportChanges(before, readTexts(settings), context.report);
@@ -93,6 +101,7 @@ public:
 
 private:
     std::vector<std::string> m_commands;
+    bool m_manual = false;
 };
 
 template std::unique_ptr<CCommand> makeCommand<CExecCommand>();

@@ -22,7 +22,7 @@ public:
 
     // What can be read is shown, also when another key is wrong.
     ExitCode run(CommandContext& context) override {
-        CSettings settings(*context.camera);
+        CSettings settings(*context.camera, context.hintPrefix);
         std::vector<Setting> found;
         std::vector<Failure> failures;
         for (const std::string& key : m_keys) {

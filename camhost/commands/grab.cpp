@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // camhost grab: saves frames to files, and says how it went.
+#include <algorithm>
 #include <optional>
 
 #include "camhost/base/number_texts.h"
@@ -8,6 +9,7 @@
 #include "camhost/pictures/bayer.h"
 #include "camhost/pictures/frame_layout.h"
 #include "camhost/settings/setting_changes.h"
+#include "velmora/host_blocks.h"
 
 namespace camhost {
 
@@ -19,15 +21,17 @@ CJson resultJson(const CGrabRun& run) {
     CJson result = CJson::object({{"frames", counts.frames},
                                   {"asked", counts.asked},
                                   {"skipped", counts.skipped},
-                                  {"seconds", counts.seconds},
-                                  {"fps", counts.framesPerSecond()},
-                                  {"timeouts", counts.timeouts},
-                                  {"lost", counts.losses},
-                                  {"lost_seconds", counts.lostSeconds},
-                                  {"width", layout.width},
-                                  {"height", layout.height},
-                                  {"row_bytes", rowBytes(layout)},
-                                  {"pixel_type", pixelTypeName(layout.pixelType)}});
+                                  {"seconds", counts.seconds}});
+    if (const auto rate = counts.framesPerSecond()) {
+        result.set("fps", *rate);
+    }
+    result.set("timeouts", counts.timeouts);
+    result.set("lost", counts.losses);
+    result.set("lost_seconds", counts.lostSeconds);
+    result.set("width", layout.width);
+    result.set("height", layout.height);
+    result.set("row_bytes", rowBytes(layout));
+    result.set("pixel_type", pixelTypeName(layout.pixelType));
     if (const auto order = run.bayer()) {
         result.set("bayer", bayerName(*order));
     }
@@ -49,18 +53,30 @@ std::string timeoutHint(CSettings& settings) {
     return {};
 }
 
-Failure timedOut(const GrabCounts& counts, const GrabPlan& plan, const std::string& only,
+// The time-out is looked at between two waits of the adapter.
+std::string waitedText(double seconds, double timeout) {
+    constexpr double noticeable = 0.1;
+    std::string text = fixedText(seconds, 1) + " s";
+    if (seconds > timeout + noticeable) {
+        text += " (asked for " + fixedText(timeout, 1) + " s; one wait lasts up to 1 s)";
+    }
+    return text;
+}
+
+Failure timedOut(const CGrabRun& run, const GrabPlan& plan, const std::string& only,
                  CSettings& settings) {
-    const bool none = counts.frames == 0;
+    const bool none = run.counts().frames == 0;
     return {.exit = none ? ExitCode::NoFrame : ExitCode::Partial,
             .code = none ? "no_frame" : "partial",
-            .message = "no frame in " + fixedText(plan.timeout, 1) + " s; " + only,
+            .message =
+                "no frame in " + waitedText(run.secondsWithoutFrame(), plan.timeout) + "; " + only,
             .hint = timeoutHint(settings)};
 }
 
 // Nothing when all frames came.
-std::optional<Failure> failureOf(GrabEnd end, const GrabCounts& counts, const GrabPlan& plan,
+std::optional<Failure> failureOf(GrabEnd end, const CGrabRun& run, const GrabPlan& plan,
                                  CSettings& settings) {
+    const GrabCounts& counts = run.counts();
     const std::string only =
         std::to_string(counts.frames) + " of " + std::to_string(counts.asked) + " frames";
     switch (end) {
@@ -75,9 +91,35 @@ std::optional<Failure> failureOf(GrabEnd end, const GrabCounts& counts, const Gr
                            .code = "device_lost",
                            .message = "the camera is lost; " + only};
         case GrabEnd::TimedOut:
-            return timedOut(counts, plan, only, settings);
+            return timedOut(run, plan, only, settings);
     }
     return std::nullopt;
+}
+
+VideoFormats formatsOf(CSettings& settings) {
+    constexpr const char* key = "videoformat";
+    VideoFormats formats{settings.read(key).text};
+    if (settings.hasKey(key)) {
+        const std::vector<std::string> choices = settings.choices(key);
+        formats.areAllGrey = !isMadeFromColours(formats.current) &&
+                             std::none_of(choices.begin(), choices.end(), isMadeFromColours);
+    }
+    return formats;
+}
+
+// Which files there are now, by the first and the last.
+std::string savedLine(const std::vector<std::string>& files) {
+    return files.size() == 1 ? "saved " + files.front()
+                             : "saved " + std::to_string(files.size()) + " files, " +
+                                   files.front() + " to " + files.back();
+}
+
+void tellTotals(const CGrabRun& run, CReport& report) {
+    report.setResult(resultJson(run));
+    report.line(closingLine(run.counts(), run.pixelText()));
+    if (const auto files = run.files(); !files.empty()) {
+        report.line(savedLine(files));
+    }
 }
 
 }  // namespace
@@ -94,13 +136,15 @@ public:
 
     ExitCode run(CommandContext& context) override {
         const GrabPlan plan = planGrab(m_grab);
-        CSettings settings(*context.camera);
+        if (plan.toOutput) {
+            refuseJson(context.report);
+            context.report.giveOutput();
+        }
+        refuseExisting(plan);
+        CSettings settings(*context.camera, context.hintPrefix);
         applySettings(context, settings);
         CGrabRun run(*context.camera, plan, context.system, context.report);
-        const GrabEnd end = run.run(settings.read("videoformat").text);
-        context.report.setResult(resultJson(run));
-        context.report.line(closingLine(run.counts(), run.pixelText()));
-        const auto failure = failureOf(end, run.counts(), plan, settings);
+        const auto failure = failureOf(grab(run, settings, context.report), run, plan, settings);
         if (failure) {
             context.report.failure(*failure);
         }
@@ -108,20 +152,54 @@ public:
     }
 
 private:
+    // Totals are told however it ends.
+    GrabEnd grab(CGrabRun& run, CSettings& settings, CReport& report) const {
+        try {
+            const GrabEnd end = run.run(formatsOf(settings));
+            tellTotals(run, report);
+            warnOfMosaic(run, report);
+            return end;
+        } catch (const Failure&) {
+            if (run.hasBegun()) {
+                tellTotals(run, report);
+            }
+            throw;
+        }
+    }
+
+    // Options that had nothing to work on.
+    void warnOfMosaic(const CGrabRun& run, CReport& report) const {
+        const bool demosaic = m_grab.demosaic != "none";
+        if (run.bayer() || !(demosaic || m_grab.bayer != "auto")) {
+            return;
+        }
+        const std::string option = demosaic ? "--demosaic" : "--bayer";
+        const bool isRaw = run.layout().pixelType == HOST_PIXEL_RAW8;
+        report.warning(isRaw ? option +
+                                   ": all formats of this camera are grey, and so are its "
+                                   "frames; --bayer names a mosaic all the same"
+                             : option + " has no effect on " + run.pixelText() + " frames");
+    }
+
+    static void refuseJson(const CReport& report) {
+        if (report.json()) {
+            throw Failure{.exit = ExitCode::Usage,
+                          .code = "usage",
+                          .message = "the output can not take both pictures and --json"};
+        }
+    }
+
     // Changes are told as messages: the result of a grab is its closing line.
     void applySettings(CommandContext& context, CSettings& settings) const {
         std::vector<Assignment> assignments;
         if (!m_grab.pixelFormat.empty()) {
             assignments.push_back({"pixelformat", m_grab.pixelFormat});
         }
-        for (const std::string& text : m_grab.assignments) {
-            assignments.push_back(parseAssignment(text));
-        }
+        const auto more = parseAssignments(m_grab.assignments);
+        assignments.insert(assignments.end(), more.begin(), more.end());
         CSettingChanges changes(*context.camera, settings, context.report, context.hintPrefix);
-        changes.showAsMessages();
-        for (const Assignment& assignment : assignments) {
-            changes.apply(assignment, {.manual = m_grab.manual});
-        }
+        changes.becomeAGrabs();
+        changes.applyAll(assignments, {.manual = m_grab.manual});
     }
 
     GrabOptions m_grab;

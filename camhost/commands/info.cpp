@@ -4,6 +4,7 @@
 #include "camhost/base/texts.h"
 #include "camhost/commands/define_command.h"
 #include "camhost/pictures/frame_layout.h"
+#include "camhost/settings/setting_json.h"
 #include "camhost/settings/settings.h"
 #include "velmora/video_channel_record.h"
 
@@ -27,6 +28,15 @@ public:
     void addText(std::string_view label, const std::string& key, const std::string& text) {
         add(label, key, text, text);
     }
+    void addSerial(const CRecordChannel& camera) {
+        m_report.line(padded("serial", 16) + printable(camera.serial()));
+        if (camera.hasSerial()) {
+            m_result.set("serial", camera.serial());
+        }
+    }
+    void addSetting(const Setting& setting) {
+        add(setting.key, setting.key, valueJson(setting.type, setting.text), setting.text);
+    }
     void addCount(const std::string& key, std::size_t count) {
         add(key, key, count, std::to_string(count));
     }
@@ -49,7 +59,7 @@ void addRecord(CFacts& facts, const CommandContext& context) {
     const VideoChannelRecord& record = context.camera->record();
     facts.addText("adapter", "adapter", context.system.adapterFile());
     facts.addText("name", "name", context.camera->name());
-    facts.addText("serial", "serial", context.camera->serial());
+    facts.addSerial(*context.camera);
     facts.add("record", "record_size", record.size, std::to_string(record.size) + " bytes");
     facts.add("max size", "max_size",
               CJson::object({{"width", record.maxWidth}, {"height", record.maxHeight}}),
@@ -62,7 +72,7 @@ void addRecord(CFacts& facts, const CommandContext& context) {
 void addPresentSettings(CFacts& facts, CSettings& settings) {
     for (const char* key : {"videonorm", "inputchannel", "videoformat", "framerate"}) {
         if (settings.hasKey(key)) {
-            facts.addText(key, key, settings.read(key).text);
+            facts.addSetting(settings.read(key));
         }
     }
     facts.addCount("settings", settings.keys().size());
@@ -93,7 +103,7 @@ public:
 
     ExitCode run(CommandContext& context) override {
         CFacts facts(context.report);
-        CSettings settings(*context.camera);
+        CSettings settings(*context.camera, context.hintPrefix);
         addRecord(facts, context);
         addPresentSettings(facts, settings);
         addPicture(facts, context);

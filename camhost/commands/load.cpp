@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
-// camhost load: sets what a file holds where it differs, automatics off first
-// and back to what they were saved as at the end.
+// camhost load: sets what a file holds where it differs. The automatic of a value that
+// differs goes off first, and is what it was saved as at the end.
+#include <set>
+
 #include "camhost/base/files.h"
 #include "camhost/commands/define_command.h"
 #include "camhost/settings/setting_changes.h"
@@ -17,13 +19,16 @@ public:
         : m_report(report), m_settings(settings), m_changes(changes) {}
 
     void run(const SettingsFile& file) {
-        bool automaticsOff = false;
         for (const auto& [key, text] : loadOrder(file)) {
-            if (!automaticsOff && isValue(key) && differs(key, text)) {
-                switchAutomaticsOff();
-                automaticsOff = true;
+            if (isValue(key) && m_settings.hasKey(key) && differs(key, text)) {
+                switchAutomaticOff(key);
             }
             setIfDifferent(key, text);
+            m_switchedOff.erase(key);
+        }
+        // Those that the file does not tell of are what they were.
+        for (const std::string& key : m_switchedOff) {
+            setIfDifferent(key, "true");
         }
     }
     int problems() const { return m_problems; }
@@ -39,11 +44,10 @@ private:
         return !now.problem.empty() || !sameValue(now.type, text, now.text);
     }
 
-    void switchAutomaticsOff() {
-        for (const std::string& key : m_settings.keys()) {
-            if (isAutoSwitch(key)) {
-                setIfDifferent(key, "false");
-            }
+    void switchAutomaticOff(const std::string& key) {
+        if (const auto automatic = m_settings.activeAutomatic(key)) {
+            m_switchedOff.insert(*automatic);
+            setIfDifferent(*automatic, "false");
         }
     }
 
@@ -70,6 +74,7 @@ private:
     CReport& m_report;
     CSettings& m_settings;
     CSettingChanges& m_changes;
+    std::set<std::string> m_switchedOff;
     int m_problems = 0;
 };
 
@@ -93,7 +98,7 @@ public:
         if (file.serial != context.camera->serial()) {
             context.report.warning("the file is of camera " + file.serial + " (" + file.name + ")");
         }
-        CSettings settings(*context.camera);
+        CSettings settings(*context.camera, context.hintPrefix);
         CSettingChanges changes(*context.camera, settings, context.report, context.hintPrefix);
         CLoad load(context.report, settings, changes);
         load.run(file);

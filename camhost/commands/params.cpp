@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // camhost params: exposure, contrast, brightness, trigger and region in the one
 // block that a host applies; what is not named is kept as it is.
+#include <array>
+#include <string>
+
 #include "camhost/commands/define_command.h"
 #include "camhost/settings/parameter_block.h"
 #include "camhost/settings/value_guards.h"
@@ -42,7 +45,7 @@ std::string shortcoming(CSettings& settings, const ExpectedSetting& expected) {
     }
     const Setting now = settings.read(expected.key);
     if (!sameValue(now.type, expected.text, now.text)) {
-        return parameter + ": asked for " + expected.text + ", reads " + now.text;
+        return parameter + ": asked for " + expected.typed + ", reads " + now.text;
     }
     return {};
 }
@@ -56,6 +59,29 @@ bool readsAsAsked(CSettings& settings, const AskedParameters& asked, CReport& re
         }
     }
     return all;
+}
+
+std::string regionText(const std::array<std::int32_t, 4>& region) {
+    std::string text;
+    for (const std::int32_t edge : region) {
+        text += (text.empty() ? "" : ",") + std::to_string(edge);
+    }
+    return text;
+}
+
+// Some adapters take a region and go on delivering whole pictures.
+bool hasRegion(CRecordChannel& camera, const AskedParameters& asked, CReport& report) {
+    if (!asked.region) {
+        return true;
+    }
+    const ImageInfo image = camera.readImageInfo();
+    const std::array<std::int32_t, 4> now{image.regionLeft, image.regionTop, image.regionWidth,
+                                          image.regionHeight};
+    if (now == *asked.region) {
+        return true;
+    }
+    report.warning("roi: asked for " + regionText(*asked.region) + ", reads " + regionText(now));
+    return false;
 }
 
 }  // namespace
@@ -76,7 +102,7 @@ public:
 
     ExitCode run(CommandContext& context) override {
         const AskedParameters asked = parseParameters(m_parameters);
-        CSettings settings(*context.camera);
+        CSettings settings(*context.camera, context.hintPrefix);
         const std::vector<std::string> before = readTexts(settings);
         const Reply reply = context.camera->applyParameters(
             makeParameterBlock(settings, context.camera->record(), asked));
@@ -92,7 +118,8 @@ public:
             context.report.warning("the block switches automatic exposure off");
         }
         const bool all = readsAsAsked(settings, asked, context.report);
-        return m_strict && !all ? ExitCode::Partial : ExitCode::Done;
+        const bool region = hasRegion(*context.camera, asked, context.report);
+        return m_strict && !(all && region) ? ExitCode::Partial : ExitCode::Done;
     }
 
 private:

@@ -32,7 +32,7 @@ public:
 
 private:
     static SettingsFile readAll(CommandContext& context) {
-        CSettings settings(*context.camera);
+        CSettings settings(*context.camera, context.hintPrefix);
         SettingsFile file{
             context.camera->serial(), context.camera->name(), context.system.utcDate(), {}};
         for (const std::string& key : settings.keys()) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// camhost set: changes settings one after the other, each with a read-back.
+// camhost set: changes settings, all or none, each with a read-back.
 #include "camhost/commands/define_command.h"
 #include "camhost/settings/setting_changes.h"
 
@@ -22,10 +22,10 @@ public:
     }
 
     ExitCode run(CommandContext& context) override {
-        CSettings settings(*context.camera);
+        CSettings settings(*context.camera, context.hintPrefix);
         CSettingChanges changes(*context.camera, settings, context.report, context.hintPrefix);
         try {
-            applyAll(changes);
+            changes.applyAll(parseAssignments(m_assignments), m_options);
         } catch (const Failure&) {
             context.report.setResult(changes.json());
             throw;
@@ -35,18 +35,6 @@ public:
     }
 
 private:
-    // All values are checked before the first is set; the first refusal ends it.
-    void applyAll(CSettingChanges& changes) const {
-        std::vector<Assignment> assignments;
-        for (const std::string& text : m_assignments) {
-            assignments.push_back(parseAssignment(text));
-            changes.checked(assignments.back(), m_options.raw);
-        }
-        for (const Assignment& assignment : assignments) {
-            changes.apply(assignment, m_options);
-        }
-    }
-
     std::vector<std::string> m_assignments;
     ChangeOptions m_options;
     bool m_strict = false;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace camhost {
@@ -16,9 +17,11 @@ struct GrabCounts {
     std::uint64_t losses = 0;
     double seconds = 0.0;      // from start to end
     double lostSeconds = 0.0;  // of these without a device
+    double liveSpan = 0.0;     // from the first frame to the last, without losses between
     std::size_t bytesPerFrame = 0;
 
-    double framesPerSecond() const;  // while the device was there
+    // While the device was there; one frame alone has none.
+    std::optional<double> framesPerSecond() const;
 };
 
 // "  64/100  29.9 fps  1.9 MiB/frame  timeouts 0  lost 0  eta 1.2 s"

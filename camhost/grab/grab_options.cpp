@@ -5,7 +5,9 @@ namespace camhost {
 
 void takeGrabOptions(COptionList& list, GrabOptions& grab) {
     list.countAboveZero("-n,--frames", grab.frames, "N", "how many (1)");
-    list.text("-o,--output", grab.output, "PATTERN", "file name, numbered by %04d");
+    list.text("-o,--output", grab.output, "PATTERN",
+              "file name, numbered by %04d (frame_%04d.png); - is the output");
+    list.flag("--force", grab.force, "write over files that are there");
     list.choice("--format", grab.format, {"png", "raw", "pnm", "none"},
                 "of the files (by their name, else png)");
     list.text("--pixelformat", grab.pixelFormat, "mono8|raw8|rgb24", "set before the first frame");

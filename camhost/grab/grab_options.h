@@ -13,6 +13,7 @@ namespace camhost {
 struct GrabOptions {
     std::uint64_t frames = 1;
     std::string output;
+    bool force = false;
     std::string format;  // empty: by the output's name, else png
     std::string pixelFormat;
     std::vector<std::string> assignments;  // made before the first frame

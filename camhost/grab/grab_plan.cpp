@@ -1,24 +1,58 @@
 // SPDX-License-Identifier: MIT
 #include "camhost/grab/grab_plan.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "camhost/base/failure.h"
+#include "camhost/base/files.h"
 #include "camhost/base/number_texts.h"
 
 namespace camhost {
 
 namespace {
 
-Failure usage(std::string message) {
-    return {.exit = ExitCode::Usage, .code = "usage", .message = std::move(message)};
+Failure usage(std::string message, std::string hint = {}) {
+    return {.exit = ExitCode::Usage,
+            .code = "usage",
+            .message = std::move(message),
+            .hint = std::move(hint)};
+}
+
+// Of the last part of the name, with its dot; empty when there is none, or when it is
+// where the number stands.
+std::string endOf(const std::string& name) {
+    const auto folder = name.find_last_of("/\\");
+    const std::string last = folder == name.npos ? name : name.substr(folder + 1);
+    const auto dot = last.rfind('.');
+    return dot == last.npos || last.find('%', dot) != last.npos ? "" : last.substr(dot);
 }
 
 PictureFormat chooseFormat(const GrabOptions& options) {
-    if (const auto named = parsePictureFormat(options.format)) {
-        return *named;
+    constexpr const char* known = "names end in .png, .raw, .pnm, .pgm or .ppm";
+    const auto asked = parsePictureFormat(options.format);
+    const auto named = pictureFormatOfName(options.output);
+    const std::string end = endOf(options.output);
+    if (options.output.empty() || asked == PictureFormat::None) {
+        return asked.value_or(PictureFormat::Png);
     }
-    return pictureFormatOfName(options.output).value_or(PictureFormat::Png);
+    if (options.output == "-") {
+        if (!asked) {
+            throw usage("for the output the format must be named", "--format png, raw or pnm");
+        }
+        return *asked;
+    }
+    if (!end.empty() && !named) {
+        throw usage("no format has the ending \"" + end + "\"", known);
+    }
+    if (!asked && !named) {
+        throw usage("\"" + options.output + "\" does not tell the format",
+                    std::string(known) + "; or say --format");
+    }
+    if (asked && named && asked != named) {
+        throw usage("\"" + options.output + "\" is no name for --format " + options.format, known);
+    }
+    return asked ? *asked : *named;
 }
 
 std::string defaultName(PictureFormat format) {
@@ -55,7 +89,8 @@ CFilePattern namesOf(const GrabOptions& options, PictureFormat format) {
     if (!names) {
         throw usage("the name \"" + text + "\" can not be used: " + reason);
     }
-    if (options.frames > 1 && !names->isNumbered() && format != PictureFormat::None) {
+    const bool needsNumber = format != PictureFormat::None && options.output != "-";
+    if (options.frames > 1 && !names->isNumbered() && needsNumber) {
         throw usage("several frames need a number in the name, such as shot_%04d.png");
     }
     return *names;
@@ -69,11 +104,29 @@ GrabPlan planGrab(const GrabOptions& options) {
     plan.skip = options.skip;
     plan.format = chooseFormat(options);
     plan.names = namesOf(options, plan.format);
+    plan.toOutput = options.output == "-" && plan.format != PictureFormat::None;
+    plan.force = options.force;
     plan.bayer = parseBayer(options.bayer);
     plan.demosaic = options.demosaic == "fast";
     plan.timeout = options.timeout;
     plan.patience = patienceOf(options.onLoss);
     return plan;
+}
+
+void refuseExisting(const GrabPlan& plan, std::uint64_t number) {
+    const std::string name = plan.names.name(number);
+    if (!plan.force && !plan.toOutput && plan.format != PictureFormat::None && isFile(name)) {
+        throw Failure{.exit = ExitCode::Usage,
+                      .code = "file_exists",
+                      .message = "\"" + name + "\" is there already",
+                      .hint = "choose another name with -o, or write over it with --force"};
+    }
+}
+
+void refuseExisting(const GrabPlan& plan) {
+    for (std::uint64_t number = 1; number <= std::min(plan.frames, mostNamesAtOnce); ++number) {
+        refuseExisting(plan, number);
+    }
 }
 
 }  // namespace camhost

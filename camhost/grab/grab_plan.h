@@ -20,6 +20,8 @@ struct GrabPlan {
     std::uint64_t skip = 0;
     PictureFormat format = PictureFormat::Png;
     CFilePattern names;
+    bool toOutput = false;            // the pictures go to the results' stream, and have no names
+    bool force = false;               // files that are there are written over
     std::optional<BayerOrder> bayer;  // none: judged by the video format
     bool demosaic = false;
     double timeout = 5.0;
@@ -29,5 +31,11 @@ struct GrabPlan {
 
 // Throws a usage Failure.
 GrabPlan planGrab(const GrabOptions& options);
+
+// Throws a usage Failure when the file of that number is there and is not to be written over.
+void refuseExisting(const GrabPlan& plan, std::uint64_t number);
+// The same for all files of a grab that is not endless; those behind are looked at in time.
+inline constexpr std::uint64_t mostNamesAtOnce = 10000;
+void refuseExisting(const GrabPlan& plan);
 
 }  // namespace camhost

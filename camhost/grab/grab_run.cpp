@@ -2,11 +2,12 @@
 #include "camhost/grab/grab_run.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
 #include <thread>
 
 #include "camhost/base/failure.h"
 #include "camhost/base/number_texts.h"
-#include "camhost/grab/live_video.h"
 #include "camhost/pictures/bayer.h"
 #include "velmora/host_blocks.h"
 
@@ -21,6 +22,16 @@ constexpr unsigned mostWriters = 4;
 constexpr std::size_t fewPictures = 8;      // written before anybody wonders
 constexpr std::uint32_t searchPause = 200;  // milliseconds between two searches
 
+CPictureWriter::Store writerTo(CReport& report) {
+    return [&output = report.giveOutput()](const Picture&, std::span<const std::uint8_t> bytes) {
+        output.write(reinterpret_cast<const char*>(bytes.data()),
+                     static_cast<std::streamsize>(bytes.size()));
+        if (!output.flush()) {
+            throw Failure{.code = "file", .message = "can not write to the output"};
+        }
+    };
+}
+
 }  // namespace
 
 CGrabRun::CGrabRun(CRecordChannel& camera, const GrabPlan& plan, CSystem& system, CReport& report)
@@ -30,14 +41,23 @@ CGrabRun::CGrabRun(CRecordChannel& camera, const GrabPlan& plan, CSystem& system
 
 FrameLayout CGrabRun::readLayout() {
     const ImageInfo image = m_camera.readImageInfo();
-    return {image.width, image.height, image.pixelType, isMadeFromColours(m_videoFormat)};
+    return {image.width, image.height, image.pixelType, isMadeFromColours(m_formats.current)};
 }
 
-GrabEnd CGrabRun::run(const std::string& videoFormat) {
-    m_videoFormat = videoFormat;
+GrabEnd CGrabRun::run(const VideoFormats& formats) {
+    m_formats = formats;
     readLayout();
     CLiveVideo video(m_camera);
     m_layout = readLayout();
+    try {
+        return grab(video);
+    } catch (const Failure&) {
+        endEarly();
+        throw;
+    }
+}
+
+GrabEnd CGrabRun::grab(CLiveVideo& video) {
     CFrameBuffer buffer(m_layout);
     if (buffer.empty()) {
         throw Failure{.code = "bad_size",
@@ -48,8 +68,12 @@ GrabEnd CGrabRun::run(const std::string& videoFormat) {
     m_counts.bytesPerFrame = frameBytes(m_layout);
     startWriting();
     m_started = m_lastSign = m_lastProgress = m_system.seconds();
+    m_hasBegun = true;
     const GrabEnd end = loop(buffer);
     updateTimes();
+    if (m_report.terminal()) {
+        m_report.progress(progressLine(m_counts));
+    }
     video.stop();
     if (!buffer.intact()) {
         throw Failure{.code = "internal", .message = "the adapter wrote past the frame buffer"};
@@ -62,9 +86,33 @@ void CGrabRun::startWriting() {
     if (m_plan.format != PictureFormat::None) {
         const std::size_t capacity =
             std::max<std::size_t>(2, mostWaitingBytes / m_counts.bytesPerFrame);
-        m_writer = std::make_unique<CPictureWriter>(
-            capacity, std::clamp(std::thread::hardware_concurrency(), 1U, mostWriters));
+        const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1U, mostWriters);
+        m_writer = m_plan.toOutput
+                       ? std::make_unique<CPictureWriter>(capacity, 1, writerTo(m_report))
+                       : std::make_unique<CPictureWriter>(capacity, threads);
     }
+}
+
+// There is an earlier failure to tell of; what it left to write is written.
+void CGrabRun::endEarly() {
+    if (m_hasBegun) {
+        updateTimes();
+    }
+    try {
+        finishWriting();
+    } catch (const Failure&) {
+        return;
+    }
+}
+
+std::vector<std::string> CGrabRun::files() const {
+    std::vector<std::string> whole;
+    if (m_writer) {
+        const std::set<std::string> written = m_writer->written();
+        std::copy_if(m_files.begin(), m_files.end(), std::back_inserter(whole),
+                     [&](const std::string& name) { return written.contains(name); });
+    }
+    return whole;
 }
 
 void CGrabRun::finishWriting() {
@@ -138,7 +186,8 @@ void CGrabRun::onBack() {
 
 std::optional<GrabEnd> CGrabRun::onTimeout() {
     ++m_counts.timeouts;
-    if (m_system.seconds() - m_lastSign >= m_plan.timeout) {
+    m_secondsWithoutFrame = m_system.seconds() - m_lastSign;
+    if (m_secondsWithoutFrame >= m_plan.timeout) {
         return GrabEnd::TimedOut;
     }
     return std::nullopt;
@@ -151,6 +200,11 @@ void CGrabRun::takeFrame(CFrameBuffer& buffer) {
         return;
     }
     m_lastSign = m_system.seconds();
+    if (m_counts.frames + m_counts.skipped == 0) {
+        m_firstFrameAt = m_lastSign;
+        m_lostBeforeFirst = m_lostBefore;
+    }
+    m_counts.liveSpan = m_lastSign - m_firstFrameAt - (m_lostBefore - m_lostBeforeFirst);
     if (m_counts.skipped < m_plan.skip) {
         ++m_counts.skipped;
         return;
@@ -162,6 +216,9 @@ void CGrabRun::takeFrame(CFrameBuffer& buffer) {
 }
 
 void CGrabRun::store(const CFrameBuffer& buffer) {
+    if (m_counts.frames > mostNamesAtOnce) {
+        refuseExisting(m_plan, m_counts.frames);
+    }
     const std::string name = m_plan.names.name(m_counts.frames);
     const auto frame = buffer.frame();
     m_writer->add({name,
@@ -170,15 +227,20 @@ void CGrabRun::store(const CFrameBuffer& buffer) {
                    {frame.begin(), frame.end()},
                    m_plan.demosaic ? bayer() : std::nullopt,
                    describeFrame()});
-    m_files.push_back(name);
-    m_report.detail("frame " + std::to_string(m_counts.frames) + " goes to " + name);
+    if (!m_plan.toOutput) {
+        m_files.push_back(name);
+        m_report.detail("frame " + std::to_string(m_counts.frames) + " goes to " + name);
+    }
 }
 
 std::optional<BayerOrder> CGrabRun::bayer() const {
     if (m_layout.pixelType != HOST_PIXEL_RAW8) {
         return std::nullopt;
     }
-    return m_plan.bayer ? *m_plan.bayer : assumedBayer(m_videoFormat, m_layout.height);
+    if (m_plan.bayer || m_formats.areAllGrey) {
+        return m_plan.bayer;
+    }
+    return assumedBayer(m_formats.current, m_layout.height);
 }
 
 std::string CGrabRun::pixelText() const {
@@ -195,10 +257,13 @@ PngTexts CGrabRun::describeFrame() const {
                    {"PixelType", std::string(pixelTypeName(m_layout.pixelType))}};
     if (const auto order = bayer()) {
         texts.emplace_back("BayerOrder", bayerName(*order));
+        if (m_plan.demosaic) {
+            texts.emplace_back("Demosaic", "fast");
+        }
     }
     texts.emplace_back("RowOrder", rowOrderText(m_layout.pixelType));
     texts.emplace_back("CameraSerial", m_camera.serial());
-    texts.emplace_back("FrameNumber", std::to_string(m_counts.frames));
+    texts.emplace_back("FrameNumber", std::to_string(m_counts.skipped + m_counts.frames));
     return texts;
 }
 

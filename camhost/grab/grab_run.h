@@ -13,10 +13,17 @@
 #include "camhost/camera/record_channel.h"
 #include "camhost/grab/grab_counts.h"
 #include "camhost/grab/grab_plan.h"
+#include "camhost/grab/live_video.h"
 #include "camhost/pictures/frame_buffer.h"
 #include "camhost/pictures/picture_writer.h"
 
 namespace camhost {
+
+// What the camera tells of its formats.
+struct VideoFormats {
+    std::string current;
+    bool areAllGrey = false;  // so there is no mosaic in its raw frames
+};
 
 enum class GrabEnd { Complete, TimedOut, Lost, Interrupted };
 
@@ -26,11 +33,16 @@ public:
 
     // Starts, loops and stops. What is refused leaves as a Failure, after the
     // video was stopped.
-    GrabEnd run(const std::string& videoFormat);
+    GrabEnd run(const VideoFormats& formats);
 
     const GrabCounts& counts() const { return m_counts; }
     const FrameLayout& layout() const { return m_layout; }
-    const std::vector<std::string>& files() const { return m_files; }
+    // Of a run that a Failure ended too.
+    bool hasBegun() const { return m_hasBegun; }
+    // Those that were written whole, in the order of their frames.
+    std::vector<std::string> files() const;
+    // Until the run ended for want of frames.
+    double secondsWithoutFrame() const { return m_secondsWithoutFrame; }
     std::optional<BayerOrder> bayer() const;
     // "Mono8", or "Raw8 BGGR as delivered".
     std::string pixelText() const;
@@ -46,6 +58,8 @@ private:
     void store(const CFrameBuffer& buffer);
     void startWriting();
     void finishWriting();
+    void endEarly();
+    GrabEnd grab(CLiveVideo& video);
     PngTexts describeFrame() const;
     void showProgress();
     void updateTimes();
@@ -56,7 +70,7 @@ private:
     CReport& m_report;
     GrabCounts m_counts;
     FrameLayout m_layout;
-    std::string m_videoFormat;
+    VideoFormats m_formats;
     std::vector<std::string> m_files;
     std::unique_ptr<CPictureWriter> m_writer;  // none when nothing is stored
     double m_started = 0.0;
@@ -64,7 +78,11 @@ private:
     double m_lostAt = 0.0;
     double m_lostBefore = 0.0;  // seconds of the losses that are over
     double m_lastProgress = 0.0;
+    double m_firstFrameAt = 0.0;
+    double m_lostBeforeFirst = 0.0;  // seconds of losses before the first frame
+    double m_secondsWithoutFrame = 0.0;
     bool m_lost = false;
+    bool m_hasBegun = false;
 };
 
 }  // namespace camhost

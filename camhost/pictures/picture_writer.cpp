@@ -8,7 +8,12 @@
 
 namespace camhost {
 
-CPictureWriter::CPictureWriter(std::size_t capacity, unsigned threads) : m_capacity(capacity) {
+void CPictureWriter::storeAsFile(const Picture& picture, std::span<const std::uint8_t> bytes) {
+    writeFile(picture.name, bytes);
+}
+
+CPictureWriter::CPictureWriter(std::size_t capacity, unsigned threads, Store store)
+    : m_capacity(capacity), m_store(std::move(store)) {
     for (unsigned i = 0; i < threads; ++i) {
         m_threads.emplace_back([this] { work(); });
     }
@@ -60,6 +65,11 @@ void CPictureWriter::finish() {
     throwFailure();
 }
 
+std::set<std::string> CPictureWriter::written() {
+    const std::lock_guard lock(m_mutex);
+    return m_written;
+}
+
 std::optional<Picture> CPictureWriter::next() {
     std::unique_lock lock(m_mutex);
     m_added.wait(lock, [this] { return m_closed || !m_waiting.empty(); });
@@ -86,8 +96,10 @@ void CPictureWriter::noteFailure(Failure failure) {
 void CPictureWriter::work() {
     try {
         while (const std::optional<Picture> picture = next()) {
-            writeFile(picture->name, encodePicture(picture->format, picture->layout, picture->frame,
-                                                   picture->demosaic, picture->texts));
+            m_store(*picture, encodePicture(picture->format, picture->layout, picture->frame,
+                                            picture->demosaic, picture->texts));
+            const std::lock_guard lock(m_mutex);
+            m_written.insert(picture->name);
         }
     } catch (const Failure& failure) {
         noteFailure(failure);

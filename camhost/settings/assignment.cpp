@@ -16,4 +16,13 @@ Assignment parseAssignment(const std::string& text) {
     return {text.substr(0, equals), text.substr(equals + 1)};
 }
 
+std::vector<Assignment> parseAssignments(const std::vector<std::string>& texts) {
+    std::vector<Assignment> assignments;
+    assignments.reserve(texts.size());
+    for (const std::string& text : texts) {
+        assignments.push_back(parseAssignment(text));
+    }
+    return assignments;
+}
+
 }  // namespace camhost

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace camhost {
 
@@ -13,5 +14,6 @@ struct Assignment {
 
 // Split at the first equals sign. Throws a usage Failure without one.
 Assignment parseAssignment(const std::string& text);
+std::vector<Assignment> parseAssignments(const std::vector<std::string>& texts);
 
 }  // namespace camhost

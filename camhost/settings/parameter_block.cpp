@@ -56,6 +56,12 @@ std::string switchText(bool on) {
     return on ? "true" : "false";
 }
 
+ExpectedSetting fractionOf(const char* parameter, CSettings& settings, const char* key,
+                           double fraction) {
+    const std::string text = textAt(settings, key, fraction);
+    return {parameter, key, text, fixedText(fraction, 3) + " of its range, which is " + text};
+}
+
 }  // namespace
 
 CameraParameterBlock makeParameterBlock(CSettings& settings, const VideoChannelRecord& record,
@@ -79,21 +85,22 @@ CameraParameterBlock makeParameterBlock(CSettings& settings, const VideoChannelR
 std::vector<ExpectedSetting> expectedSettings(CSettings& settings, const AskedParameters& asked) {
     std::vector<ExpectedSetting> expected;
     if (asked.exposure) {
-        expected.push_back({"exposure", exposureKey, fixedText(*asked.exposure, 6)});
+        const std::string text = fixedText(*asked.exposure, 6);
+        expected.push_back({"exposure", exposureKey, text, text});
     }
     if (asked.contrast) {
-        expected.push_back(
-            {"contrast", contrastKey, textAt(settings, contrastKey, *asked.contrast)});
+        expected.push_back(fractionOf("contrast", settings, contrastKey, *asked.contrast));
     }
     if (asked.brightness) {
-        expected.push_back(
-            {"brightness", brightnessKey, textAt(settings, brightnessKey, *asked.brightness)});
+        expected.push_back(fractionOf("brightness", settings, brightnessKey, *asked.brightness));
     }
     if (asked.trigger) {
-        expected.push_back({"trigger", triggerKey, switchText(*asked.trigger)});
+        const std::string text = switchText(*asked.trigger);
+        expected.push_back({"trigger", triggerKey, text, text});
     }
     if (asked.polarity) {
-        expected.push_back({"polarity", polarityKey, switchText(*asked.polarity)});
+        const std::string text = switchText(*asked.polarity);
+        expected.push_back({"polarity", polarityKey, text, text});
     }
     return expected;
 }

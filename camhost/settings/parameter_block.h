@@ -36,6 +36,7 @@ struct ExpectedSetting {
     const char* parameter;
     const char* key;
     std::string text;
+    std::string typed;  // in the unit of the parameter, as the user knows it
 };
 std::vector<ExpectedSetting> expectedSettings(CSettings& settings, const AskedParameters& asked);
 

@@ -24,6 +24,14 @@ double number(const Assignment& assignment) {
     return *value;
 }
 
+double fraction(const Assignment& assignment) {
+    const double value = number(assignment);
+    if (value < 0.0 || value > 1.0) {
+        throw badParameter(assignment, "a fraction of its range, within 0 and 1");
+    }
+    return value;
+}
+
 bool boolean(const Assignment& assignment) {
     const auto value = booleanText(assignment.value);
     if (!value) {
@@ -57,9 +65,9 @@ AskedParameters parseParameters(const std::vector<std::string>& texts) {
         if (name == "exposure") {
             asked.exposure = number(assignment);
         } else if (name == "contrast") {
-            asked.contrast = number(assignment);
+            asked.contrast = fraction(assignment);
         } else if (name == "brightness") {
-            asked.brightness = number(assignment);
+            asked.brightness = fraction(assignment);
         } else if (name == "trigger") {
             asked.trigger = boolean(assignment);
         } else if (name == "polarity") {

@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "camhost/base/name_search.h"
 #include "camhost/base/texts.h"
+#include "camhost/settings/refusal_texts.h"
 #include "camhost/settings/value_guards.h"
 
 namespace camhost {
@@ -16,6 +18,47 @@ bool readsAsAsked(const Setting& after, const std::string& asked) {
            (keyKind(after.key) == KeyKind::PixelFormat && sameIgnoringCase(asked, after.text));
 }
 
+// Of the choices that only a refusal names.
+std::string nearChoice(const std::string& asked, const std::string& refusal) {
+    const auto valid = parseValidValues(refusal);
+    const auto near = valid ? nearNames(asked, valid->values) : std::vector<std::string>();
+    return near.empty() ? std::string() : "did you mean " + quotedList(near) + "?";
+}
+
+const char* remark(ChangeKind kind) {
+    switch (kind) {
+        case ChangeKind::DryRun:
+            return "   (not done)";
+        case ChangeKind::PutBack:
+            return "   (put back)";
+        case ChangeKind::Done:
+            break;
+    }
+    return "";
+}
+
+CJson changeJson(const Change& change) {
+    CJson json = CJson::object({{"key", change.key}});
+    if (change.kind != ChangeKind::PutBack) {
+        json.set("asked", change.asked);
+    }
+    json.set("before", change.before);
+    switch (change.kind) {
+        case ChangeKind::DryRun:
+            json.set("dry_run", true);
+            break;
+        case ChangeKind::PutBack:
+            json.set("after", change.after);
+            json.set("put_back", true);
+            break;
+        case ChangeKind::Done:
+            json.set("after", change.after);
+            json.set("matches", change.matches);
+            break;
+    }
+    return json;
+}
+
 }  // namespace
 
 CSettingChanges::CSettingChanges(CRecordChannel& channel, CSettings& settings, CReport& report,
@@ -23,53 +66,120 @@ CSettingChanges::CSettingChanges(CRecordChannel& channel, CSettings& settings, C
     : m_channel(channel),
       m_settings(settings),
       m_report(report),
-      m_hintPrefix(std::move(hintPrefix)) {}
+      m_forms{.prefix = std::move(hintPrefix)} {}
 
-std::string CSettingChanges::checked(const Assignment& assignment, bool raw) {
-    const std::string key = normalisedKey(assignment.key);
-    if (raw) {
-        return assignment.value;
-    }
-    if (!m_settings.hasKey(key)) {
-        m_settings.readKnown(assignment.key);
-    }
-    std::string reason;
-    const auto text = guardedValue(typeOfKind(keyKind(key)), assignment.value, reason);
-    if (!text) {
-        throw Failure{
-            .exit = ExitCode::Usage,
-            .code = "bad_value",
-            .message = assignment.key + " " + reason + ", not \"" + assignment.value + "\"",
-            .hint = "--raw hands any text to the adapter"};
-    }
-    return *text;
+void CSettingChanges::becomeAGrabs() {
+    m_asMessages = true;
+    m_forms.manual = " grab --manual --set ";
 }
 
-Failure CSettingChanges::refusal(const std::string& key, const Reply& reply) {
-    const std::string normal = normalisedKey(key);
+void CSettingChanges::applyAll(const std::vector<Assignment>& assignments,
+                               const ChangeOptions& options) {
+    CValueChecks checks(m_settings, m_forms, options);
+    std::vector<Assignment> checked;
+    checked.reserve(assignments.size());
+    for (const Assignment& assignment : assignments) {
+        checked.push_back({assignment.key, checks.checked(assignment)});
+    }
+    try {
+        for (const Assignment& assignment : checked) {
+            if (options.dryRun) {
+                showOnly(assignment, options);
+            } else {
+                apply(assignment, options);
+            }
+        }
+    } catch (const Failure&) {
+        putBack();
+        throw;
+    }
+}
+
+void CSettingChanges::showOnly(const Assignment& assignment, const ChangeOptions& options) {
+    const Setting now = m_settings.readKnown(assignment.key);
+    const auto automatic = options.manual ? m_settings.activeAutomatic(now.key) : std::nullopt;
+    if (automatic && !isNoted(*automatic)) {
+        note({*automatic, "false", "true", "false", true, ChangeKind::DryRun});
+    }
+    note({now.key, assignment.value, now.text, assignment.value, true, ChangeKind::DryRun});
+    if (isLeftToTheAdapter(keyKind(now.key))) {
+        m_report.message(now.key + ": only the adapter can tell whether it takes that");
+    }
+}
+
+bool CSettingChanges::isNoted(const std::string& key) const {
+    return std::any_of(m_changes.begin(), m_changes.end(),
+                       [&](const Change& change) { return change.key == key; });
+}
+
+void CSettingChanges::apply(const Assignment& assignment, const ChangeOptions& options) {
+    if (options.manual) {
+        if (const auto automatic = m_settings.activeAutomatic(normalisedKey(assignment.key))) {
+            applyText(*automatic, "false");
+        }
+    }
+    applyText(assignment.key, assignment.value);
+}
+
+void CSettingChanges::applyText(const std::string& key, const std::string& text) {
+    const Setting before = m_settings.readKnown(key);
+    const Reply reply = m_channel.setValue(key, text);
+    if (!reply.done()) {
+        throw refusal({key, text}, reply);
+    }
+    const Setting after = m_settings.readKnown(key);
+    note({after.key, text, before.text, after.text, readsAsAsked(after, text)});
+}
+
+void CSettingChanges::putBack() {
+    const std::vector<Change> made = m_changes;
+    for (auto change = made.rbegin(); change != made.rend(); ++change) {
+        if (change->kind == ChangeKind::Done) {
+            putBack(*change);
+        }
+    }
+}
+
+// There is an earlier failure to tell of.
+void CSettingChanges::putBack(const Change& change) {
+    try {
+        const Setting now = m_settings.read(change.key);
+        m_channel.setValue(change.key, change.before);
+        const Setting after = m_settings.read(change.key);
+        note({change.key, change.before, now.text, after.text, true, ChangeKind::PutBack});
+        if (!readsAsAsked(after, change.before)) {
+            m_report.warning(change.key + " could not be put back to " + change.before);
+        }
+    } catch (const Failure& failure) {
+        m_report.warning(change.key + " could not be put back: " + failure.message);
+    }
+}
+
+Failure CSettingChanges::refusal(const Assignment& assignment, const Reply& reply) {
+    const std::string normal = normalisedKey(assignment.key);
     if (const auto automatic = m_settings.activeAutomatic(normal);
         automatic && hasLimits(keyKind(normal))) {
-        return {.code = "auto_on",
-                .message = key + ": refused, automatic is on",
-                .adapterMessage = reply.message,
-                .hint = m_hintPrefix + " set \"" + *automatic + "=false\"   (or add --manual)"};
+        Failure failure = automaticOn(assignment, *automatic, m_forms);
+        failure.adapterMessage = reply.message;
+        return failure;
     }
     // The adapter uses these words also when the camera's library failed.
     if (m_settings.hasKey(normal) && reply.message.starts_with("Unknown property")) {
         return {.code = "failed",
-                .message = key + ": the camera's library failed at this value",
+                .message = assignment.key + ": the camera's library failed at this value",
                 .adapterMessage = reply.message};
     }
     const bool named = reply.message.starts_with(normal);
     const std::string reason = reply.message.empty() ? "refused" : reply.message;
     return {.code = "refused",
-            .message = named ? reply.message : key + ": " + reason,
-            .adapterMessage = reply.message};
+            .message = named ? reply.message : assignment.key + ": " + reason,
+            .adapterMessage = reply.message,
+            .hint = nearChoice(assignment.value, reply.message)};
 }
 
-void CSettingChanges::note(Change change, bool dryRun) {
+void CSettingChanges::note(Change change) {
     const std::string line = change.key + ": " + printable(change.before) + " -> " +
-                             printable(change.after) + (dryRun ? "   (not done)" : "");
+                             printable(change.after) + remark(change.kind);
     if (m_asMessages) {
         m_report.message(line);
     } else {
@@ -81,41 +191,6 @@ void CSettingChanges::note(Change change, bool dryRun) {
     m_changes.push_back(std::move(change));
 }
 
-void CSettingChanges::switchOffAutomatic(const std::string& key, const ChangeOptions& options) {
-    const auto automatic = m_settings.activeAutomatic(normalisedKey(key));
-    if (!automatic) {
-        return;
-    }
-    if (options.dryRun) {
-        note({*automatic, "false", "true", "false", true}, true);
-        return;
-    }
-    applyText(*automatic, "false");
-}
-
-void CSettingChanges::apply(const Assignment& assignment, const ChangeOptions& options) {
-    const std::string text = checked(assignment, options.raw);
-    if (options.manual) {
-        switchOffAutomatic(assignment.key, options);
-    }
-    if (options.dryRun) {
-        const Setting now = m_settings.readKnown(assignment.key);
-        note({now.key, text, now.text, text, true}, true);
-        return;
-    }
-    applyText(assignment.key, text);
-}
-
-void CSettingChanges::applyText(const std::string& key, const std::string& text) {
-    const Setting before = m_settings.readKnown(key);
-    const Reply reply = m_channel.setValue(key, text);
-    if (!reply.done()) {
-        throw refusal(key, reply);
-    }
-    const Setting after = m_settings.readKnown(key);
-    note({after.key, text, before.text, after.text, readsAsAsked(after, text)}, false);
-}
-
 bool CSettingChanges::allMatch() const {
     return std::all_of(m_changes.begin(), m_changes.end(),
                        [](const Change& change) { return change.matches; });
@@ -124,11 +199,7 @@ bool CSettingChanges::allMatch() const {
 CJson CSettingChanges::json() const {
     CJson list = CJson::array();
     for (const Change& change : m_changes) {
-        list.add(CJson::object({{"key", change.key},
-                                {"asked", change.asked},
-                                {"before", change.before},
-                                {"after", change.after},
-                                {"matches", change.matches}}));
+        list.add(changeJson(change));
     }
     return list;
 }

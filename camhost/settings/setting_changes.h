@@ -11,14 +11,11 @@
 #include "camhost/camera/record_channel.h"
 #include "camhost/settings/assignment.h"
 #include "camhost/settings/settings.h"
+#include "camhost/settings/value_checks.h"
 
 namespace camhost {
 
-struct ChangeOptions {
-    bool manual = false;
-    bool raw = false;
-    bool dryRun = false;
-};
+enum class ChangeKind { Done, DryRun, PutBack };
 
 struct Change {
     std::string key;
@@ -26,6 +23,7 @@ struct Change {
     std::string before;
     std::string after;
     bool matches = true;
+    ChangeKind kind = ChangeKind::Done;
 };
 
 class CSettingChanges {
@@ -34,15 +32,14 @@ public:
     CSettingChanges(CRecordChannel& channel, CSettings& settings, CReport& report,
                     std::string hintPrefix);
 
-    // "key: old -> new" among the messages instead of the results.
-    void showAsMessages() { m_asMessages = true; }
+    // The changes are a grab's: "key: old -> new" goes among the messages instead of the
+    // results, and hints are grabs.
+    void becomeAGrabs();
 
-    // The text that would be handed over. Throws when the value can't be meant.
-    std::string checked(const Assignment& assignment, bool raw);
-
-    // Sets, reads back and reports "key: old -> new". Throws when refused.
-    void apply(const Assignment& assignment, const ChangeOptions& options);
-    // The same without checks and without a line for what stays as it is.
+    // Checks all, then sets one after the other, each with a read-back and "key: old ->
+    // new". Throws what is refused; what was set before that is put back.
+    void applyAll(const std::vector<Assignment>& assignments, const ChangeOptions& options);
+    // One, without checks.
     void applyText(const std::string& key, const std::string& text);
 
     const std::vector<Change>& changes() const { return m_changes; }
@@ -50,14 +47,18 @@ public:
     CJson json() const;
 
 private:
-    void switchOffAutomatic(const std::string& key, const ChangeOptions& options);
-    Failure refusal(const std::string& key, const Reply& reply);
-    void note(Change change, bool dryRun);
+    void apply(const Assignment& assignment, const ChangeOptions& options);
+    void showOnly(const Assignment& assignment, const ChangeOptions& options);
+    void putBack();
+    void putBack(const Change& change);
+    bool isNoted(const std::string& key) const;
+    Failure refusal(const Assignment& assignment, const Reply& reply);
+    void note(Change change);
 
     CRecordChannel& m_channel;
     CSettings& m_settings;
     CReport& m_report;
-    std::string m_hintPrefix;
+    ChangeForms m_forms;
     std::vector<Change> m_changes;
     bool m_asMessages = false;
 };

@@ -5,9 +5,6 @@
 
 namespace camhost {
 
-namespace {
-
-// A number where the text is one, else the text.
 CJson valueJson(SettingType type, const std::string& text) {
     switch (type) {
         case SettingType::Integer:
@@ -32,8 +29,6 @@ CJson valueJson(SettingType type, const std::string& text) {
     }
     return text;
 }
-
-}  // namespace
 
 CJson settingJson(const Setting& setting) {
     CJson json = CJson::object({{"key", setting.key}, {"type", typeName(setting.type)}});

@@ -9,6 +9,8 @@
 
 namespace camhost {
 
+// A number or a truth where the text is one, else the text.
+CJson valueJson(SettingType type, const std::string& text);
 CJson settingJson(const Setting& setting);
 CJson settingsJson(const std::vector<Setting>& settings);
 

@@ -2,6 +2,7 @@
 #include "camhost/settings/settings.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "camhost/base/name_search.h"
 #include "camhost/base/texts.h"
@@ -19,14 +20,45 @@ bool contains(const std::vector<std::string>& names, const std::string& name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
+// Words that other programs have for settings.
+constexpr std::pair<std::string_view, const char*> otherNames[] = {
+    {"fps", "framerate"},
+    {"frame rate", "framerate"},
+    {"frames per second", "framerate"},
+    {"acquisitionframerate", "framerate"},
+    {"exposuretime", "exposure value abs"},
+    {"exposure time", "exposure value abs"},
+    {"shutter", "exposure value abs"},
+    {"exposureauto", "exposure auto switch"},
+    {"gainauto", "gain auto switch"},
+    {"triggermode", "trigger enable switch"},
+    {"resolution", "videoformat"},
+    {"size", "videoformat"},
+    {"format", "videoformat"},
+    {"pixel format", "pixelformat"},
+};
+
+std::vector<std::string> meantKeys(const std::string& asked, const std::vector<std::string>& keys) {
+    const std::string wanted = normalisedKey(asked);
+    for (const auto& [other, key] : otherNames) {
+        if (other == wanted && contains(keys, key)) {
+            return {key};
+        }
+    }
+    return nearNames(asked, keys);
+}
+
 std::string meantText(const std::vector<std::string>& near) {
     return near.empty() ? std::string() : "; did you mean " + quotedList(near) + "?";
 }
 
 }  // namespace
 
-CSettings::CSettings(CRecordChannel& channel)
-    : m_channel(channel), m_keys(readList("feature_")), m_commands(readList("execute_")) {}
+CSettings::CSettings(CRecordChannel& channel, std::string hintPrefix)
+    : m_channel(channel),
+      m_hintPrefix(std::move(hintPrefix)),
+      m_keys(readList("feature_")),
+      m_commands(readList("execute_")) {}
 
 std::vector<std::string> CSettings::readList(const std::string& prefix) {
     std::vector<std::string> entries;
@@ -127,8 +159,12 @@ Setting CSettings::command(const std::string& name) {
     return setting;
 }
 
+std::optional<std::string> CSettings::automaticOf(const std::string& key) const {
+    return autoSwitchFor(key, m_keys);
+}
+
 std::optional<std::string> CSettings::activeAutomatic(const std::string& key) {
-    std::optional<std::string> guard = autoSwitchFor(key, m_keys);
+    std::optional<std::string> guard = automaticOf(key);
     std::string value;
     if (guard && m_channel.getValue(*guard, value).done() && value == "true") {
         return guard;
@@ -162,10 +198,10 @@ Failure CSettings::unknownKey(const std::string& key) const {
     if (hasCommand(normal)) {
         return {.code = "unknown_key",
                 .message = "\"" + key + "\" is an action, not a setting",
-                .hint = "camhost exec \"" + normal + "\""};
+                .hint = m_hintPrefix + " exec \"" + normal + "\""};
     }
     return {.code = "unknown_key",
-            .message = "no setting \"" + key + "\"" + meantText(nearNames(key, m_keys))};
+            .message = "no setting \"" + key + "\"" + meantText(meantKeys(key, m_keys))};
 }
 
 Failure CSettings::unknownCommand(const std::string& command) const {
@@ -173,7 +209,7 @@ Failure CSettings::unknownCommand(const std::string& command) const {
     if (hasKey(normal)) {
         return {.code = "unknown_command",
                 .message = "\"" + command + "\" is a setting, not an action",
-                .hint = "camhost get \"" + normal + "\""};
+                .hint = m_hintPrefix + " get \"" + normal + "\""};
     }
     return {.code = "unknown_command",
             .message = "no action \"" + command + "\"" + meantText(nearNames(command, m_commands))};

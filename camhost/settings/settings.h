@@ -15,7 +15,8 @@ namespace camhost {
 
 class CSettings {
 public:
-    explicit CSettings(CRecordChannel& channel);
+    // The prefix is what a pasted hint must start with, such as "camhost -c 1A2B".
+    explicit CSettings(CRecordChannel& channel, std::string hintPrefix = "camhost");
 
     const std::vector<std::string>& keys() const { return m_keys; }
     const std::vector<std::string>& commands() const { return m_commands; }
@@ -30,7 +31,9 @@ public:
     Setting readKnown(const std::string& key);
     static Setting command(const std::string& name);
 
-    // The automatic switch that guards a key, when it is on.
+    // The automatic switch that guards a key.
+    std::optional<std::string> automaticOf(const std::string& key) const;
+    // The same, when it is on.
     std::optional<std::string> activeAutomatic(const std::string& key);
 
     // Choices that can be had without asking the camera to change anything.
@@ -45,6 +48,7 @@ private:
     void readLimits(Setting& setting);
 
     CRecordChannel& m_channel;
+    std::string m_hintPrefix;
     std::vector<std::string> m_keys;
     std::vector<std::string> m_commands;
 };

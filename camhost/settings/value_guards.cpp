@@ -14,7 +14,10 @@ std::optional<std::string> guardedValue(SettingType type, std::string_view text,
     switch (type) {
         case SettingType::Integer:
             if (!wholeInteger(text)) {
-                reason = "takes a whole number";
+                const auto number = wholeNumber(text);
+                const bool isLong = number && std::trunc(*number) == *number;
+                reason = isLong ? "takes a whole number within -2147483648 and 2147483647"
+                                : "takes a whole number";
                 return std::nullopt;
             }
             return std::string(withoutPlus(text));

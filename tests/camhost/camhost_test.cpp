@@ -58,7 +58,8 @@ Outcome onCamera(const char* camera, std::vector<std::string> arguments) {
 }
 
 Outcome grabFrom(const char* camera, std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), {"--clock", "fast", "grab"});
+    // An earlier run of the test may have left its pictures.
+    arguments.insert(arguments.begin(), {"--clock", "fast", "grab", "--force"});
     return onCamera(camera, std::move(arguments));
 }
 
@@ -234,8 +235,8 @@ TEST(Camhost, SetNamesTheAutomaticThatRefuses) {
     EXPECT_EQ(refused.exit, 1);
     EXPECT_EQ(refused.out, "");
     EXPECT_THAT(refused.err, StartsWith("error: exposure value abs: refused, automatic is on\n"));
-    EXPECT_THAT(refused.err, HasSubstr("hint:  camhost --rig standard -c 1A2B set \"exposure auto "
-                                       "switch=false\"   (or add --manual)\n"));
+    EXPECT_THAT(refused.err, HasSubstr("hint:  camhost --rig standard -c 1A2B set --manual "
+                                       "\"exposure value abs=0.01\"   (or, in the same run "));
     const Outcome manual = onCamera("1A2B", {"set", "--manual", "exposure value abs=0.01"});
     EXPECT_EQ(manual.exit, 0);
     EXPECT_EQ(manual.out,
@@ -245,8 +246,8 @@ TEST(Camhost, SetNamesTheAutomaticThatRefuses) {
 TEST(Camhost, SetOutOfRangeGivesTheAdaptersLimits) {
     const CJson data = json(onCamera("1A2B", {"--json", "set", "gain value range=1024"}));
     EXPECT_EQ(textAt(data, {"error", "code"}), "refused");
-    EXPECT_EQ(textAt(data, {"error", "adapter_message"}),
-              "gain value range must be within 0 and 1023!");
+    EXPECT_EQ(textAt(data, {"error", "message"}),
+              "gain value range must be within 0 and 1023, not 1024");
     EXPECT_EQ(onCamera("1A2B", {"set", "gain value range=12abc"}).exit, 2);
 }
 
@@ -277,7 +278,7 @@ TEST(Camhost, ExecTellsWhatChanged) {
 TEST(Camhost, ParamsApplyOneBlock) {
     const Outcome outcome =
         onCamera("1A2B", {"params", "--strict", "exposure=0.01", "contrast=0.5", "brightness=0.1",
-                          "trigger=on", "polarity=on", "roi=0,0,640,480"});
+                          "trigger=on", "polarity=on", "roi=0,0,1280,960"});
     EXPECT_EQ(outcome.exit, 0);
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.out,
@@ -348,7 +349,7 @@ TEST(Camhost, RawFramesOfEveryKindHaveTheOrderThatIsSaid) {
 
 TEST(Camhost, OddSizesComeOutStraight) {
     const Outcome outcome = runCamhost({"--rig", "odd", "--clock", "fast", "-c", "0DD2", "grab",
-                                        "--demosaic", "fast", "-o", "odd.pnm"});
+                                        "--force", "--demosaic", "fast", "-o", "odd.pnm"});
     EXPECT_EQ(outcome.exit, 0);
     EXPECT_THAT(outcome.out, HasSubstr(", Raw8 BGGR as delivered\n"));
     const std::string picture = readFile(testFolder() / "odd.pnm");
@@ -391,6 +392,55 @@ TEST(Camhost, AnInterruptionStopsTheVideoAndPrintsTheTotals) {
     EXPECT_EQ(outcome.exit, 130);
     EXPECT_THAT(outcome.out, StartsWith("done: "));
     EXPECT_THAT(outcome.err, HasSubstr("error: interrupted after "));
+}
+
+TEST(Camhost, AWrongRigIsToldByItsNearNameAndOnce) {
+    const Outcome outcome = runCamhost({"--rig", "standrad", "--json", "list"});
+    EXPECT_EQ(outcome.exit, 2);
+    EXPECT_EQ(outcome.err,
+              "error: standrad: there is no such built-in rig, and no such file; did you mean "
+              "\"standard\"? Built in are standard, empty, failing-open, throwing, odd, "
+              "no-properties, bare\n");
+    EXPECT_EQ(textAt(json(outcome), {"error", "code"}), "bad_rig");
+    const Outcome file = runCamhost({"--rig", rigFile("[[camera]]\nnam = \"A\"\n"), "info"});
+    EXPECT_EQ(file.exit, 2);
+    EXPECT_THAT(file.err, HasSubstr("rig.toml:2:1: unknown key \"nam\" in camera; did you mean "
+                                    "\"name\"?\n"));
+}
+
+TEST(Camhost, ACameraThatDidNotOpenIsNotCalledLost) {
+    const Outcome outcome = runCamhost({"--rig", "failing-open", "-c", "#0", "grab"});
+    EXPECT_EQ(outcome.exit, 3);
+    EXPECT_EQ(outcome.err, "error: #0 \"SIM Broken 1\" did not open; in use elsewhere?\n");
+}
+
+TEST(Camhost, ALeadingSlashBeginsAFile) {
+    const Outcome outcome = onCamera("1A2B", {"diff", "/no/such/file.json"});
+    EXPECT_EQ(outcome.exit, 2);
+    EXPECT_EQ(outcome.err, "error: can not read \"/no/such/file.json\"\n");
+    EXPECT_EQ(standard({"list", "/json"}).exit, 2);
+}
+
+TEST(Camhost, ADashIsTheOutputInBytes) {
+    const Outcome outcome = grabFrom("77C01", {"--format", "png", "-o", "-"});
+    EXPECT_EQ(outcome.exit, 0);
+    EXPECT_EQ(outcome.out.substr(0, 8), "\x89PNG\r\n\x1A\n");
+    EXPECT_EQ(outcome.out.substr(outcome.out.size() - 8, 4), "IEND");
+    EXPECT_THAT(outcome.err, StartsWith("done: 1 frame in "));
+}
+
+TEST(Camhost, PicturesThatAreThereStay) {
+    const auto file = testFolder() / "mine.png";
+    writeFile(file, "mine");
+    EXPECT_EQ(onCamera("77C01", {"grab", "-o", "mine.png"}).exit, 2);
+    EXPECT_EQ(readFile(file), "mine");
+}
+
+TEST(Camhost, AFolderThatIsMissingIsNamedWithTheSystemsReason) {
+    const Outcome outcome = grabFrom("77C01", {"--json", "-o", "missing/one.png"});
+    EXPECT_EQ(outcome.exit, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("one.png\": No such file or directory\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("\"files\":[]"));
 }
 
 TEST(Camhost, ArgumentsAreUtf8) {

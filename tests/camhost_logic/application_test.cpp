@@ -89,6 +89,76 @@ TEST_F(Application, AmbiguousChoicesListTheCandidates) {
     EXPECT_EQ(camhost({"-c", "#2", "info"}).exit, 3);
 }
 
+TEST_F(Application, ABareNumberIsASerialAndNeverAPartOfAName) {
+    addColourCamera();
+    const Outcome outcome = camhost({"-c", "1", "info"});
+    EXPECT_EQ(outcome.exit, 3);
+    EXPECT_EQ(outcome.err,
+              "error: no camera \"1\"\n"
+              "hint:  a number is a serial; the camera at that index is -c \"#1\"\n");
+    EXPECT_EQ(camhost({"-c", "5", "info"}).exit, 3);
+    m_system.cameras[1].serial = "5";
+    EXPECT_EQ(camhost({"-c", "05", "info"}).exit, 0);
+}
+
+TEST_F(Application, NamesAreFoundInLettersOfAnyCase) {
+    addColourCamera();
+    m_system.cameras[1].name =
+        "Kamera S\xC3\xBC"
+        "d";
+    for (const char* wanted : {"S\xC3\x9C"
+                               "D",
+                               "s\xC3\xBC"
+                               "d",
+                               "KAMERA S\xC3\x9C"
+                               "D"}) {
+        EXPECT_EQ(camhost({"-c", wanted, "info"}).exit, 0) << wanted;
+    }
+}
+
+TEST_F(Application, AWrongRigIsAUsageError) {
+    m_system.cameras.clear();
+    m_system.mistake = "standrad: there is no such built-in rig";
+    for (const char* command : {"list", "info"}) {
+        const Outcome outcome = camhost({"--rig", "standrad", "--json", command});
+        EXPECT_EQ(outcome.exit, 2);
+        EXPECT_EQ(outcome.err, "error: standrad: there is no such built-in rig\n");
+        EXPECT_THAT(outcome.out,
+                    HasSubstr("\"error\":{\"code\":\"bad_rig\",\"message\":\"standrad: there is no "
+                              "such built-in rig\"},\"exit\":2}"));
+    }
+    EXPECT_EQ(m_system.variables["VIRTUAL_CAMERAS_QUIET"], "1");
+}
+
+TEST_F(Application, ACameraThatNeverOpenedIsNotCalledLost) {
+    camera().missing = true;
+    camera().values.clear();
+    camera().noLists = true;
+    for (const char* command : {"info", "props", "grab"}) {
+        const Outcome outcome = camhost({command});
+        EXPECT_EQ(outcome.exit, 3) << command;
+        EXPECT_EQ(outcome.err, "error: 1A2B \"SIM Mono 23\" did not open; in use elsewhere?\n");
+    }
+}
+
+TEST_F(Application, AMissingSerialIsAbsentInTheJson) {
+    camera().serial = "n/a";
+    EXPECT_THAT(camhost({"--json", "list"}).out,
+                HasSubstr("\"result\":[{\"index\":0,\"name\":\"SIM Mono 23\","));
+    const std::string info = camhost({"--json", "info"}).out;
+    EXPECT_THAT(info, Not(HasSubstr("serial")));
+    EXPECT_THAT(info, HasSubstr("\"framerate\":30.0,"));
+}
+
+TEST_F(Application, FormatsStandInTheOrderOfTheirNumbers) {
+    for (const char* number : {"1", "2", "10"}) {
+        camera().values[std::string("videoformat_") + number] = "BY8 (4x2)";
+    }
+    const std::string out = camhost({"props", "--all", "videoformat_*"}).out;
+    EXPECT_LT(out.find("videoformat_2"), out.find("videoformat_10"));
+    EXPECT_LT(out.find("videoformat_0"), out.find("videoformat_1"));
+}
+
 TEST_F(Application, ACameraWithoutSerialIsNotChosenByTheTextForNone) {
     addColourCamera();
     camera().serial = "n/a";
@@ -264,7 +334,7 @@ TEST_F(Application, ExecRunsActionsAndReportsRefusals) {
     const Outcome outcome = camhost({"--json", "exec", "exposure one push"});
     EXPECT_EQ(outcome.exit, 1);
     EXPECT_THAT(outcome.out, HasSubstr("\"code\":\"auto_on\""));
-    EXPECT_THAT(outcome.err, HasSubstr("hint:  camhost set \"exposure auto switch=false\"\n"));
+    EXPECT_THAT(outcome.err, HasSubstr("hint:  camhost exec --manual \"exposure one push\"\n"));
     const Outcome unknown = camhost({"exec", "exposure onepush"});
     EXPECT_EQ(unknown.exit, 1);
     EXPECT_EQ(unknown.err,

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "camhost/base/files.h"
 #include "tests/camhost_logic/camhost_fixture.h"
 
 namespace camhost::test {
@@ -37,10 +38,10 @@ TEST_F(Changes, SetOfAGuardedValueNamesTheAutomatic) {
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(outcome.err,
               "error: exposure value abs: refused, automatic is on\n"
-              "       the adapter says: exposure value abs can not be set, while automatic is "
-              "enabled.\n"
-              "hint:  camhost -c 1A2B set \"exposure auto switch=false\"   (or add --manual)\n");
+              "hint:  camhost -c 1A2B set --manual \"exposure value abs=0.01\"   (or, in the same "
+              "run before it, \"exposure auto switch=false\")\n");
     EXPECT_EQ(camera().values["exposure value abs"], "0.033333");
+    EXPECT_THAT(camera().log, ElementsAre("close"));
 }
 
 TEST_F(Changes, SetManualSwitchesTheAutomaticOffFirst) {
@@ -68,7 +69,7 @@ TEST_F(Changes, SetRawHandsOverAnyText) {
 
 TEST_F(Changes, SetRefusedTellsTheAdaptersWords) {
     camera().refusals["gain value range"] = "gain value range must be within 0 and 100!";
-    const Outcome outcome = camhost({"--json", "set", "gain value range=101"});
+    const Outcome outcome = camhost({"--json", "set", "gain value range=99"});
     EXPECT_EQ(outcome.exit, 1);
     EXPECT_EQ(outcome.err, "error: gain value range must be within 0 and 100!\n");
     EXPECT_THAT(outcome.out, HasSubstr("\"adapter_message\":\"gain value range must be within 0 "
@@ -114,6 +115,146 @@ TEST_F(Changes, DryRunChangesNothing) {
               "exposure auto switch: true -> false   (not done)\n"
               "exposure value abs: 0.033333 -> 0.01   (not done)\n");
     EXPECT_THAT(camera().log, ElementsAre("close"));
+}
+
+TEST_F(Changes, ADryRunIsMarkedInTheJson) {
+    EXPECT_THAT(camhost({"--json", "set", "--dry-run", "gain value range=12"}).out,
+                HasSubstr("\"result\":[{\"key\":\"gain value range\",\"asked\":\"12\",\"before\":"
+                          "\"10\",\"dry_run\":true}],\"exit\":0"));
+}
+
+struct RefusedValue {
+    const char* assignment;
+    const char* message;
+};
+
+// Before anything is set, in a dry run and in a real one.
+TEST_F(Changes, WhatTheCameraWillRefuseIsRefusedBeforeTheFirstWrite) {
+    const RefusedValue values[] = {
+        {"gain value range=5000", "gain value range must be within 0 and 100, not 5000"},
+        {"videoformats=Y800 (4x2)", "videoformats is read-only"},
+        {"gain value range max=7", "gain value range max is read-only"},
+        {"videoformat=Y800 (4x3)",
+         "videoformat has no choice \"Y800 (4x3)\"; did you mean \"Y800 (4x2)\" or \"Y800 "
+         "(8x4)\"?"},
+        {"pixelformat=cmyk",
+         "pixelformat has no choice \"cmyk\"; there are \"Mono8\", \"Raw8\" or \"RGB24\""},
+        {"exposure value abs=0.01", "exposure value abs: refused, automatic is on"},
+    };
+    for (const RefusedValue& value : values) {
+        for (const char* option : {"--strict", "--dry-run"}) {
+            const Outcome outcome = camhost({"set", option, "framerate=15", value.assignment});
+            EXPECT_EQ(outcome.exit, 1) << value.assignment;
+            EXPECT_EQ(outcome.out, "");
+            EXPECT_THAT(outcome.err, testing::StartsWith(std::string("error: ") + value.message));
+        }
+    }
+    EXPECT_THAT(camera().log, testing::Each("close"));
+}
+
+TEST_F(Changes, ManualSwitchesNothingForAValueOutOfRange) {
+    const Outcome outcome = camhost({"set", "--manual", "exposure value abs=50"});
+    EXPECT_EQ(outcome.exit, 1);
+    EXPECT_EQ(outcome.err,
+              "error: exposure value abs must be within 0.000100 and 30.000000, not 50\n");
+    EXPECT_THAT(camera().log, ElementsAre("close"));
+}
+
+TEST_F(Changes, AnAutomaticThatIsSwitchedOffBeforeInTheSameRunGuardsNothing) {
+    EXPECT_EQ(camhost({"set", "exposure auto switch=off", "exposure value abs=0.01"}).exit, 0);
+    EXPECT_EQ(camera().values["exposure value abs"], "0.01");
+    EXPECT_EQ(camhost({"set", "exposure auto switch=on", "exposure value abs=0.02"}).exit, 1);
+    EXPECT_EQ(camera().values["exposure auto switch"], "false");
+}
+
+// The limits and formats that count are those of the new norm.
+TEST_F(Changes, ValuesBehindAFormatAreLeftToTheAdapter) {
+    EXPECT_EQ(camhost({"set", "videoformat=Y800 (8x4)", "gain value range=5000"}).exit, 0);
+}
+
+TEST_F(Changes, WhatWasSetBeforeARefusalIsPutBack) {
+    camera().refusals["exposure value abs"] = "exposure value abs property is not available!";
+    const Outcome outcome =
+        camhost({"--json", "set", "--manual", "framerate=15.000000", "exposure value abs=0.01"});
+    EXPECT_EQ(outcome.exit, 1);
+    EXPECT_THAT(camera().log, ElementsAre("framerate=15.000000", "exposure auto switch=false",
+                                          "exposure value abs=0.01", "exposure auto switch=true",
+                                          "framerate=30.000000", "close"));
+    EXPECT_THAT(outcome.out, HasSubstr("{\"key\":\"framerate\",\"before\":\"15.000000\",\"after\":"
+                                       "\"30.000000\",\"put_back\":true}]"));
+    camera().values["exposure auto switch"] = "true";
+    EXPECT_EQ(camhost({"set", "framerate=15.000000", "--manual", "exposure value abs=0.01"}).out,
+              "framerate: 30.000000 -> 15.000000\nexposure auto switch: true -> false\n"
+              "exposure auto switch: false -> true   (put back)\n"
+              "framerate: 15.000000 -> 30.000000   (put back)\n");
+}
+
+TEST_F(Changes, ChoicesThatOnlyARefusalNamesAreSearchedForANearOne) {
+    camera().refusals["trigger mode strings"] = "Valid values are:\"Edge\" \"Level\" ";
+    EXPECT_THAT(camhost({"set", "trigger mode strings=Lvel"}).err,
+                HasSubstr("hint:  did you mean \"Level\"?\n"));
+    EXPECT_EQ(camhost({"set", "--dry-run", "trigger mode strings=Lvel"}).err,
+              "trigger mode strings: only the adapter can tell whether it takes that\n");
+}
+
+TEST_F(Changes, ANumberThatIsTooLongIsToldSo) {
+    EXPECT_THAT(camhost({"set", "gain value range=99999999999"}).err,
+                HasSubstr("error: gain value range takes a whole number within -2147483648 and "
+                          "2147483647, not \"99999999999\"\n"));
+}
+
+TEST_F(Changes, SettingsAreFoundByTheirBeginningAndByOtherNames) {
+    EXPECT_EQ(camhost({"set", "gian=3"}).err,
+              "error: no setting \"gian\"; did you mean \"gain value range\", \"gain value range "
+              "max\" or \"gain value range min\"?\n");
+    EXPECT_EQ(camhost({"set", "fps=3"}).err,
+              "error: no setting \"fps\"; did you mean \"framerate\"?\n");
+    EXPECT_EQ(camhost({"get", "ExposureTime"}).err,
+              "error: no setting \"ExposureTime\"; did you mean \"exposure value abs\"?\n");
+}
+
+TEST_F(Changes, MistakingAnActionForASettingHintsAtTheSameCamera) {
+    EXPECT_EQ(camhost({"--rig", "my rig.toml", "-c", "1a2b", "set", "propertydialog=1"}).err,
+              "error: \"propertydialog\" is an action, not a setting\n"
+              "hint:  camhost --rig \"my rig.toml\" -c 1A2B exec \"propertydialog\"\n");
+    EXPECT_EQ(camhost({"-c", "1a2b", "exec", "framerate"}).err,
+              "error: \"framerate\" is a setting, not an action\n"
+              "hint:  camhost -c 1A2B get \"framerate\"\n");
+}
+
+TEST_F(Changes, ExecManualSwitchesTheAutomaticOffFirst) {
+    EXPECT_EQ(camhost({"exec", "--manual", "exposure one push"}).out,
+              "exposure one push: done\nexposure auto switch: true -> false\n");
+    EXPECT_THAT(camera().log,
+                ElementsAre("exposure auto switch=false", "execute exposure one push", "close"));
+    camera().log.clear();
+    camera().values["exposure auto switch"] = "true";
+    camera().refusals["exposure one push"] = "not now";
+    EXPECT_EQ(camhost({"exec", "--manual", "exposure one push"}).exit, 1);
+    EXPECT_EQ(camera().values["exposure auto switch"], "true");
+}
+
+TEST_F(Changes, ParamsTakeFractions) {
+    const Outcome outcome = camhost({"params", "brightness=2"});
+    EXPECT_EQ(outcome.exit, 2);
+    EXPECT_EQ(outcome.err,
+              "error: brightness takes a fraction of its range, within 0 and 1, not \"2\"\n");
+}
+
+TEST_F(Changes, ParamsWarnInTheUnitThatWasTyped) {
+    camera().values["brightness value range"] = "64";
+    camera().values["brightness value range min"] = "0";
+    camera().values["brightness value range max"] = "255";
+    EXPECT_THAT(camhost({"params", "brightness=0.5"}).err,
+                HasSubstr("warning: brightness: asked for 0.500 of its range, which is 127, reads "
+                          "64\n"));
+}
+
+TEST_F(Changes, ParamsTellThatARegionWasNotTaken) {
+    const Outcome outcome = camhost({"params", "--strict", "exposure=0.01", "roi=1,0,3,2"});
+    EXPECT_EQ(outcome.exit, 6);
+    EXPECT_EQ(outcome.err, "warning: roi: asked for 1,0,3,2, reads 0,0,4,2\n");
+    EXPECT_EQ(camhost({"params", "--strict", "exposure=0.01", "roi=0,0,4,2"}).exit, 0);
 }
 
 TEST_F(Changes, ParamsKeepWhatIsNotNamed) {
@@ -171,6 +312,25 @@ TEST_F(Changes, LoadOfWhatIsSetAlreadyTouchesNothing) {
     camera().log.clear();
     EXPECT_EQ(camhost({"load", m_file}).err, "nothing to change\n");
     EXPECT_THAT(camera().log, ElementsAre("close"));
+}
+
+TEST_F(Changes, LoadLeavesTheAutomaticsOfOtherValuesAlone) {
+    camhost({"save", m_file});
+    camera().values["framerate"] = "15.000000";
+    camera().values["gain value range"] = "11";
+    camera().log.clear();
+    EXPECT_EQ(camhost({"load", m_file}).exit, 0);
+    EXPECT_THAT(camera().log, ElementsAre("framerate=30.000000", "gain value range=10", "close"));
+}
+
+TEST_F(Changes, LoadPutsAnAutomaticBackThatTheFileDoesNotTellOf) {
+    writeTextFile(m_file,
+                  "{\"schema\":\"camhost-settings/1\",\"serial\":\"1A2B\",\"settings\":"
+                  "{\"exposure value abs\":\"0.010000\"}}");
+    EXPECT_EQ(camhost({"load", m_file}).exit, 0);
+    EXPECT_THAT(camera().log,
+                ElementsAre("exposure auto switch=false", "exposure value abs=0.010000",
+                            "exposure auto switch=true", "close"));
 }
 
 TEST_F(Changes, LoadGoesOnAfterARefusalAndTellsHowManyFailed) {

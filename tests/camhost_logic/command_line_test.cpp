@@ -34,6 +34,7 @@ TEST(CommandLine, AssignmentsKeepBlanksAndSigns) {
     system.cameras.push_back(test::ordinaryCamera());
     test::MadeUpCamera& camera = system.cameras[0];
     camera.values["a"] = "";
+    camera.values["gain value range min"] = "-10";
     test::run(system,
               {"set", "gain value range=-3", "a=b=c", "exposure value abs=0.5", "--manual"});
     EXPECT_THAT(camera.log,
@@ -106,6 +107,33 @@ TEST(CommandLine, MistakesAreNamedWithTheHelpThatFits) {
         EXPECT_THAT(line.text, HasSubstr(wrong.text));
         EXPECT_EQ(line.help, wrong.help);
     }
+}
+
+TEST(CommandLine, ChoicesAreTakenInLettersOfAnyCase) {
+    GrabOptions grab;
+    Commands commands;
+    commands.push_back(std::make_unique<CGrabLine>(grab));
+    const CommandLine line = readCommandLine(
+        {"--clock", "FAST", "grab", "--bayer", "GRBG", "--format", "PNG", "--demosaic", "Fast"},
+        commands);
+    EXPECT_EQ(line.outcome, CommandLineOutcome::Run) << line.text;
+    EXPECT_EQ(line.options.clock, "fast");
+    EXPECT_EQ(grab.bayer, "grbg");
+    EXPECT_EQ(grab.format, "png");
+    EXPECT_EQ(grab.demosaic, "fast");
+}
+
+// On Windows these would else be options.
+TEST(CommandLine, AWordThatBeginsWithASlashIsAFile) {
+    const CommandLine line = read({"save", "/home/me/x.json"});
+    EXPECT_EQ(line.outcome, CommandLineOutcome::Run) << line.text;
+    EXPECT_EQ(read({"list", "/json"}).outcome, CommandLineOutcome::Error);
+}
+
+TEST(CommandLine, TheVersionCanBeAsked) {
+    const CommandLine line = read({"--version"});
+    EXPECT_EQ(line.outcome, CommandLineOutcome::Help);
+    EXPECT_THAT(line.text, testing::MatchesRegex("camhost [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
 TEST(CommandLine, AskingForJsonCountsAlsoInAMistake) {

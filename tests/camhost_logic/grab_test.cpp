@@ -5,6 +5,7 @@
 
 #include <filesystem>
 
+#include "camhost/base/files.h"
 #include "camhost/pictures/png_text.h"
 #include "tests/camhost_logic/camhost_fixture.h"
 
@@ -53,6 +54,7 @@ TEST_F(Grab, FilesAreNumberedFromOne) {
 
 TEST_F(Grab, PngFilesTellWhatTheyHold) {
     camera().pixelType = HOST_PIXEL_RAW8;
+    camera().choices["videoformat"].emplace_back("BY8 (4x2)");
     const Outcome outcome = grab({"-o", file("raw.png")});
     EXPECT_EQ(outcome.exit, 0);
     EXPECT_THAT(outcome.out, HasSubstr("Raw8 GRBG as delivered\n"));
@@ -90,8 +92,8 @@ TEST_F(Grab, ThePixelFormatIsSetFirst) {
     EXPECT_THAT(camera().log, ElementsAre("pixelformat=RGB24", "start", "stop", "close"));
     camera().log.clear();
     camera().refusals["pixelformat"] = "Unsupported pixelformat";
-    EXPECT_EQ(grabNothing({"--pixelformat", "cmyk"}).exit, 1);
-    EXPECT_THAT(camera().log, ElementsAre("pixelformat=cmyk", "close"));
+    EXPECT_EQ(grabNothing({"--pixelformat", "RAW8"}).exit, 1);
+    EXPECT_THAT(camera().log, ElementsAre("pixelformat=Raw8", "close"));
 }
 
 TEST_F(Grab, SettingsAreMadeFirstAndToldAsMessages) {
@@ -124,8 +126,7 @@ TEST_F(Grab, NoFrameInTimeIsFour) {
     camera().values["trigger enable switch"] = "true";
     const Outcome outcome = grabNothing({"-n", "3", "--timeout", "4"});
     EXPECT_EQ(outcome.exit, 4);
-    EXPECT_EQ(outcome.out,
-              "done: 0 frames in 4.0 s, 0.0 fps while live, timeouts 4, lost 0, Mono8\n");
+    EXPECT_EQ(outcome.out, "done: 0 frames in 4.0 s, timeouts 4, lost 0, Mono8\n");
     EXPECT_THAT(outcome.err, HasSubstr("error: no frame in 4.0 s; 0 of 3 frames\n"
                                        "hint:  trigger enable is on: no trigger arrived?\n"));
 }
@@ -216,6 +217,125 @@ TEST_F(Grab, AFileThatCanNotBeWrittenEndsIt) {
     EXPECT_EQ(outcome.exit, 1);
     EXPECT_THAT(outcome.err, HasSubstr("error: can not write \""));
     EXPECT_THAT(camera().log, ElementsAre("start", "stop", "close"));
+}
+
+TEST_F(Grab, TheFilesAreNamedAtTheEnd) {
+    EXPECT_THAT(grab({"-o", file("one.png")}).out, HasSubstr("\nsaved " + file("one.png") + "\n"));
+    EXPECT_THAT(grab({"-n", "3", "-o", file("s_%d.raw")}).out,
+                HasSubstr("\nsaved 3 files, " + file("s_1.raw") + " to " + file("s_3.raw") + "\n"));
+}
+
+TEST_F(Grab, FilesThatAreThereAreWrittenOverOnRequestOnly) {
+    writeTextFile(file("s_2.raw"), "mine");
+    const Outcome outcome = grab({"-n", "3", "-o", file("s_%d.raw")});
+    EXPECT_EQ(outcome.exit, 2);
+    EXPECT_EQ(outcome.err, "error: \"" + file("s_2.raw") +
+                               "\" is there already\n"
+                               "hint:  choose another name with -o, or write over it with "
+                               "--force\n");
+    EXPECT_EQ(content("s_2.raw"), "mine");
+    EXPECT_FALSE(std::filesystem::exists(file("s_1.raw")));
+    EXPECT_THAT(camera().log, ElementsAre("close"));
+    EXPECT_EQ(grab({"-n", "3", "--force", "-o", file("s_%d.raw")}).exit, 0);
+    EXPECT_EQ(content("s_2.raw"), content("s_1.raw"));
+}
+
+TEST_F(Grab, TotalsAreToldWhenAFileCanNotBeWritten) {
+    const Outcome outcome = grab({"--json", "-n", "2", "-o", file("missing/%d.png")});
+    EXPECT_EQ(outcome.exit, 1);
+    EXPECT_THAT(outcome.out, HasSubstr("\"result\":{\"frames\":"));
+    EXPECT_THAT(outcome.out, HasSubstr("\"files\":[]},\"error\":{\"code\":\"file\","));
+    const Outcome text = grab({"-o", file("missing/one.png")});
+    EXPECT_THAT(text.out, testing::StartsWith("done: 1 frame in "));
+    EXPECT_THAT(text.err, HasSubstr("one.png\": No such file or directory\n"));
+}
+
+TEST_F(Grab, OnlyFilesThatWereWrittenWholeAreNamed) {
+    std::filesystem::create_directory(file("s_2.raw.part"));
+    const Outcome outcome = grab({"-n", "2", "-o", file("s_%d.raw")});
+    EXPECT_EQ(outcome.exit, 1);
+    EXPECT_THAT(outcome.out, HasSubstr("saved " + file("s_1.raw") + "\n"));
+    EXPECT_FALSE(std::filesystem::exists(file("s_2.raw")));
+}
+
+struct WrongName {
+    std::vector<std::string> arguments;
+    const char* message;
+};
+
+TEST_F(Grab, NamesThatTellNoFormatAreRefused) {
+    const WrongName names[] = {
+        {{"-o", "r_%d.jpg"}, "error: no format has the ending \".jpg\"\n"},
+        {{"-o", "r_%d.jpg", "--format", "png"}, "error: no format has the ending \".jpg\"\n"},
+        {{"-o", "picture"}, "error: \"picture\" does not tell the format\n"},
+        {{"-o", "folder.png/picture"}, "does not tell the format\n"},
+        {{"-o", "a.png", "--format", "raw"}, "error: \"a.png\" is no name for --format raw\n"},
+        {{"-o", "-"}, "error: for the output the format must be named\n"},
+        {{"-o", "-", "--format", "png", "--json"}, "can not take both pictures and --json\n"},
+    };
+    for (const WrongName& name : names) {
+        const Outcome outcome = grab(name.arguments);
+        EXPECT_EQ(outcome.exit, 2) << name.message;
+        EXPECT_THAT(outcome.err, HasSubstr(name.message));
+    }
+    EXPECT_THAT(camera().log, testing::Each("close"));
+}
+
+TEST_F(Grab, ADashIsTheOutputInBytes) {
+    const Outcome outcome = grab({"-n", "2", "--format", "pnm", "-o", "-"});
+    EXPECT_EQ(outcome.exit, 0);
+    const std::string picture = "P5\n4 2\n255\n" + std::string("\0\1\2\3\4\5\6\7", 8);
+    EXPECT_EQ(outcome.out, picture + picture);
+    EXPECT_THAT(outcome.err, testing::StartsWith("done: 2 frames in "));
+    EXPECT_FALSE(std::filesystem::exists("-"));
+}
+
+TEST_F(Grab, TheRateIsThatOfTheFramesAndNotOfTheStart) {
+    camera().waits = {{0, HOST_STATUS_DONE, 0.9, {}}, frame, frame};
+    EXPECT_THAT(grabNothing({"-n", "3"}).out, HasSubstr(", 8.0 fps while live, "));
+    EXPECT_EQ(grabNothing().out, "done: 1 frame in 0.1 s, timeouts 0, lost 0, Mono8\n");
+    EXPECT_THAT(grabNothing({"--json"}).out, testing::Not(HasSubstr("fps")));
+}
+
+TEST_F(Grab, ATimeoutTellsTheSecondsThatWereWaited) {
+    camera().waits.assign(1, timeout);
+    EXPECT_THAT(grabNothing({"--timeout", "0.3"}).err,
+                HasSubstr("error: no frame in 1.0 s (asked for 0.3 s; one wait lasts up to 1 s); 0 "
+                          "of 1 frames\n"));
+}
+
+TEST_F(Grab, RawFramesOfAMonochromeCameraHaveNoMosaic) {
+    camera().pixelType = HOST_PIXEL_RAW8;
+    const Outcome outcome = grabNothing();
+    EXPECT_THAT(outcome.out, HasSubstr(", Raw8\n"));
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(grabNothing({"--demosaic", "fast"}).err,
+                HasSubstr("warning: --demosaic: all formats of this camera are grey"));
+    EXPECT_THAT(grabNothing({"--bayer", "GBRG"}).out, HasSubstr(", Raw8 GBRG as chosen\n"));
+}
+
+TEST_F(Grab, OptionsOfAMosaicWarnWhereThereIsNone) {
+    EXPECT_EQ(grabNothing({"--bayer", "rggb"}).err,
+              "warning: --bayer has no effect on Mono8 frames\n");
+    EXPECT_EQ(grabNothing({"--demosaic", "fast"}).err,
+              "warning: --demosaic has no effect on Mono8 frames\n");
+}
+
+TEST_F(Grab, PngFilesTellTheFramesNumberAndHowColoursWereMade) {
+    camera().pixelType = HOST_PIXEL_RAW8;
+    grab({"--skip", "2", "--bayer", "rggb", "--demosaic", "fast", "-o", file("raw.png")});
+    const std::string png = content("raw.png");
+    const auto texts = readPngTexts(std::vector<std::uint8_t>(png.begin(), png.end()));
+    EXPECT_THAT(texts, Contains(Pair("PixelType", "Raw8")));
+    EXPECT_THAT(texts, Contains(Pair("Demosaic", "fast")));
+    EXPECT_THAT(texts, Contains(Pair("FrameNumber", "3")));
+}
+
+TEST_F(Grab, TheLastProgressIsWholeAndOnALineOfItsOwn) {
+    m_system.terminal = true;
+    const Outcome outcome = grabNothing({"-n", "5"});
+    EXPECT_THAT(outcome.err, HasSubstr("\r  5/5  8.0 fps  0.0 MiB/frame  timeouts 0  lost 0 "));
+    EXPECT_EQ(outcome.err.back(), '\n');
 }
 
 TEST_F(Grab, ProgressIsALineEveryTwoSecondsInALog) {
