@@ -36,13 +36,14 @@ camhost/application: camhost/base camhost/camera camhost/commands
 camhost/win32: camhost/base camhost/application
 cmake/msvc_abi:
 package: include/velmora
+examples: include/velmora
 fuzz: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/* fuzz/any_library
 fuzz/any_library: include/velmora platform capture capture/library properties adapter fuzz tests
 bench: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/*
 tests: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras virtual_cameras/scenes virtual_cameras/live camhost/* fuzz
 '
 # The files and folders that may name the headers of Windows.
-knows_windows='platform/windows.h camhost/win32 tests cmake/msvc_abi'
+knows_windows='platform/windows.h camhost/win32 examples tests cmake/msvc_abi'
 
 declare -A allowed
 while IFS=: read -r room others; do

@@ -11,7 +11,7 @@ pictures=${2:-build/demo}
 camhost() { scripts/wine_run.sh "$program" "$@"; }
 # Prints the command line as it can be pasted, and runs it.
 show() {
-    local argument line="camhost"
+    local argument line="scripts/camhost.sh"
     for argument in "$@"; do
         case $argument in
             *[\ \*#]*) line+=" \"$argument\"" ;;
