@@ -42,7 +42,10 @@ public:
     }
     void choice(const char* names, std::string& value, const std::vector<std::string>& choices,
                 const char* what) override {
-        m_app.add_option(names, value, what)->check(oneOf(choices))->type_name(join(choices, "|"));
+        // A check alone would leave the letters as they were typed.
+        m_app.add_option(names, value, what)
+            ->transform(oneOf(choices))
+            ->type_name(join(choices, "|"));
     }
     void texts(const char* names, std::vector<std::string>& values, const char* placeholder,
                const char* what) override {

@@ -102,6 +102,7 @@ public:
 
     ExitCode run(CommandContext& context) override {
         const AskedParameters asked = parseParameters(m_parameters);
+        checkFractions(asked);
         CSettings settings(*context.camera, context.hintPrefix);
         const std::vector<std::string> before = readTexts(settings);
         const Reply reply = context.camera->applyParameters(

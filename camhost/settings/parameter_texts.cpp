@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "camhost/settings/parameter_texts.h"
 
+#include <utility>
+
 #include "camhost/base/failure.h"
 #include "camhost/base/number_texts.h"
 #include "camhost/base/texts.h"
@@ -22,14 +24,6 @@ double number(const Assignment& assignment) {
         throw badParameter(assignment, "a number");
     }
     return *value;
-}
-
-double fraction(const Assignment& assignment) {
-    const double value = number(assignment);
-    if (value < 0.0 || value > 1.0) {
-        throw badParameter(assignment, "a fraction of its range, within 0 and 1");
-    }
-    return value;
 }
 
 bool boolean(const Assignment& assignment) {
@@ -57,6 +51,19 @@ std::array<std::int32_t, 4> region(const Assignment& assignment) {
 
 }  // namespace
 
+void checkFractions(const AskedParameters& asked) {
+    const std::pair<const char*, std::optional<double>> fractions[] = {
+        {"contrast", asked.contrast}, {"brightness", asked.brightness}};
+    for (const auto& [name, value] : fractions) {
+        if (value && (*value < 0.0 || *value > 1.0)) {
+            throw Failure{
+                .exit = ExitCode::Usage,
+                .code = "bad_value",
+                .message = std::string(name) + " takes a fraction of its range, within 0 and 1"};
+        }
+    }
+}
+
 AskedParameters parseParameters(const std::vector<std::string>& texts) {
     AskedParameters asked;
     for (const std::string& text : texts) {
@@ -65,9 +72,9 @@ AskedParameters parseParameters(const std::vector<std::string>& texts) {
         if (name == "exposure") {
             asked.exposure = number(assignment);
         } else if (name == "contrast") {
-            asked.contrast = fraction(assignment);
+            asked.contrast = number(assignment);
         } else if (name == "brightness") {
-            asked.brightness = fraction(assignment);
+            asked.brightness = number(assignment);
         } else if (name == "trigger") {
             asked.trigger = boolean(assignment);
         } else if (name == "polarity") {

@@ -22,4 +22,7 @@ struct AskedParameters {
 // Throws a usage Failure that names the text that can't be read.
 AskedParameters parseParameters(const std::vector<std::string>& texts);
 
+// Throws a usage Failure for a contrast or brightness that is no fraction of its range.
+void checkFractions(const AskedParameters& asked);
+
 }  // namespace camhost
