@@ -75,5 +75,26 @@ TEST(TextTools, NumbersHaveADecimalPoint) {
     EXPECT_EQ(fixedText(-3.0, 0), "-3");
 }
 
+TEST(TextTools, FoldingKnowsTheCapitalsOfThreeAlphabets) {
+    EXPECT_EQ(folded("S\xC3\x9C"
+                     "D \xC3\x97 \xC5\xBD \xC4\xB9"),
+              "s\xC3\xBC"
+              "d \xC3\x97 \xC5\xBE \xC4\xBA");
+    EXPECT_EQ(folded("\xCE\xA9 \xD0\x96 \xD0\x81"), "\xCF\x89 \xD0\xB6 \xD1\x91");
+    EXPECT_EQ(folded("\xE2\x82\xAC\xFF"
+                     "A"),
+              "\xE2\x82\xAC\xFF"
+              "a");
+}
+
+TEST(TextTools, ABeginningIsNearWhenNothingWholeIs) {
+    const std::vector<std::string> keys{"framerate", "gain auto switch", "gain value range"};
+    EXPECT_EQ(nearNames("gian", keys),
+              (std::vector<std::string>{"gain auto switch", "gain value range"}));
+    EXPECT_EQ(nearNames("gian value", keys), (std::vector<std::string>{"gain value range"}));
+    EXPECT_EQ(nearNames("gian value range", keys), (std::vector<std::string>{"gain value range"}));
+    EXPECT_TRUE(nearNames("zoom", keys).empty());
+}
+
 }  // namespace
 }  // namespace camhost
