@@ -113,7 +113,8 @@ class Builder:
         if overlay is not None:
             kept.insert(1, f"-I{overlay}")
         target.parent.mkdir(parents=True, exist_ok=True)
-        if not extra:
+        # The platform is compiled without knowing of the capture library.
+        if not extra and not source.startswith("platform/"):
             kept += ["-include", str(self.header)]
         result = run([*kept, "-O0", "-w", *extra, "-c", str(place), "-o", str(target)], cwd=directory)
         return None if result.returncode == 0 else result.stdout

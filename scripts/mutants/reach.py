@@ -33,7 +33,8 @@ class Reach:
     def __init__(self, builder):
         self.builder = builder
         self.path = builder.work / "reach.json"
-        if self.path.exists():
+        programs = [builder.native / "bin" / program for program in PROGRAMS]
+        if self.path.exists() and self.path.stat().st_mtime > max(p.stat().st_mtime for p in programs):
             self.data = json.loads(self.path.read_text())
         else:
             self.data = self._measure()
