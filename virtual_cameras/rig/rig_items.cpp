@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <array>
-#include <sstream>
+#include <charconv>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -47,13 +47,21 @@ GUID identifierOr(const toml::node* node, const GUID& otherwise) {
     return *identifier;
 }
 
+// No stream: those follow the locale of the process.
+template <class Number>
+std::string numberText(Number number) {
+    constexpr std::size_t longest = 400;
+    std::array<char, longest> text;
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+    return std::string(text.data(), end);
+}
+
 // Limits may be reversed. Where they are one, a camera may report any value beside them.
 template <class Value>
 void checkWithin(CStrictTable& table, Value low, Value high, Value value) {
     if (low != high && !(std::min(low, high) <= value && value <= std::max(low, high))) {
-        std::ostringstream text;
-        text << "value must be within " << low << " and " << high;
-        failAt(table.find("value")->source(), text.str());
+        failAt(table.find("value")->source(),
+               "value must be within " + numberText(low) + " and " + numberText(high));
     }
 }
 

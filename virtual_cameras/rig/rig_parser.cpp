@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <sstream>
 
 #include "virtual_cameras/rig/rig_items.h"
 #include "virtual_cameras/rig/strict_table.h"
