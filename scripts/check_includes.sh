@@ -19,13 +19,15 @@ acquisition/kernels:
 acquisition: include/velmora platform capture acquisition/kernels
 adapter: include/velmora platform capture properties acquisition
 virtual_cameras:
-virtual_cameras/scenes:
-virtual_cameras/rig: platform capture/library virtual_cameras/scenes
+virtual_cameras/files: platform
+virtual_cameras/scenes: virtual_cameras/files
+virtual_cameras/rig: platform capture/library virtual_cameras/files virtual_cameras/scenes
 virtual_cameras/calls: platform capture/library virtual_cameras
+virtual_cameras/events: platform capture/library virtual_cameras/scenes virtual_cameras/rig
 virtual_cameras/properties: platform capture/library virtual_cameras/scenes virtual_cameras/rig virtual_cameras/calls
-virtual_cameras/live: platform capture/library virtual_cameras virtual_cameras/scenes virtual_cameras/rig virtual_cameras/calls virtual_cameras/properties
+virtual_cameras/live: platform capture/library virtual_cameras virtual_cameras/scenes virtual_cameras/rig virtual_cameras/calls virtual_cameras/events virtual_cameras/properties
 virtual_cameras/grabber: platform capture/library virtual_cameras/rig virtual_cameras/calls virtual_cameras/properties virtual_cameras/live
-virtual_cameras/control: platform capture/library virtual_cameras virtual_cameras/rig virtual_cameras/calls virtual_cameras/properties virtual_cameras/live
+virtual_cameras/control: platform capture/library virtual_cameras virtual_cameras/files virtual_cameras/rig virtual_cameras/calls virtual_cameras/properties virtual_cameras/live
 camhost/base: include/velmora
 camhost/camera: include/velmora camhost/base
 camhost/settings: include/velmora camhost/base camhost/camera

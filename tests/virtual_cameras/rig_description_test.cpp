@@ -45,7 +45,7 @@ TEST_F(RigDescription, MissingAndMistypedValuesAreErrorsWithPlace) {
               errorOf("[[camera]]\nname = \"A\"\nformats = [\"Y800\"]\n"));
     EXPECT_EQ("3:12: width and height must be within 1 and 8192",
               errorOf("[[camera]]\nname = \"A\"\nformats = [\"Y800 (0x480)\"]\n"));
-    EXPECT_EQ("3:9: scene must be one of: counter, colorchart, gradient, noise, flat",
+    EXPECT_EQ("3:9: scene must be one of: counter, colorchart, gradient, noise, flat, replay",
               errorOf("[[camera]]\nname = \"A\"\nscene = \"sky\"\n"));
     EXPECT_EQ("3:15: a frame rate must be above 0",
               errorOf("[[camera]]\nname = \"A\"\nframerates = [0.0]\n"));

@@ -33,7 +33,7 @@ std::string textOf(const DShowLib::smart_ptr<DShowLib::dvector<Item>>& list) {
 
 class CLibraryCall {
 public:
-    // `subject` answers cameraName(), asked only when the log is on.
+    // `subject` answers cameraName(), asked only when the log is on or a rig watches calls.
     template <class Subject, class... Arguments>
     CLibraryCall(const char* operation, const Subject& subject, const Arguments&... arguments)
         : m_operation(operation), m_recorded(callLog().isOn()) {
@@ -42,7 +42,7 @@ public:
             ((m_arguments += (m_arguments.empty() ? "" : ",") + std::string(textOf(arguments))),
              ...);
         }
-        m_fault = faults().next(operation);
+        m_fault = faults().next(operation, subject);
         if (m_fault && m_fault->kind == VIRTUAL_CAMERAS_FAIL_THROW) {
             throwText(m_fault->text);
         }
@@ -61,8 +61,6 @@ public:
 
     const char* operation() const noexcept { return m_operation; }
     bool isRecorded() const noexcept { return m_recorded; }
-    // Where the call is about another camera than the subject's.
-    void isAbout(std::string_view camera) { m_camera = camera; }
 
     void returns() {
         if (m_recorded) {

@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "virtual_cameras/control/environment.h"
+#include "virtual_cameras/files/files.h"
 #include "virtual_cameras/live/deliveries.h"
 #include "virtual_cameras/rig/rig_names.h"
 
@@ -50,7 +51,7 @@ std::variant<Rig, std::string> rigOfEnvironment(const std::string& value) {
     if (content->size() > longestRigFile) {
         return value + ": a rig file has at most " + std::to_string(longestRigFile) + " bytes";
     }
-    auto rig = rigByText(*content);
+    auto rig = rigByText(*content, folderOf(value));
     if (const auto* message = std::get_if<std::string>(&rig)) {
         return value + ":" + *message;
     }

@@ -1,30 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "virtual_cameras/control/environment.h"
 
-#include <cstdio>
 #include <cstdlib>
-#include <memory>
 
 #include "platform/text.h"
 #include "platform/windows.h"
 
 namespace virtual_cameras {
-
-namespace {
-
-struct CloseFile {
-    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-};
-
-std::FILE* openForReading(const std::string& path) {
-#if defined(_WIN32)
-    return ::_wfopen(toWide(path).c_str(), L"rb");
-#else
-    return std::fopen(path.c_str(), "rb");
-#endif
-}
-
-}  // namespace
 
 #if defined(_WIN32)
 
@@ -48,15 +30,5 @@ std::optional<std::string> environmentText(const char* name) {
 }
 
 #endif
-
-std::optional<std::string> fileContent(const std::string& path, std::size_t mostBytes) {
-    const std::unique_ptr<std::FILE, CloseFile> file(openForReading(path));
-    if (file == nullptr) {
-        return std::nullopt;
-    }
-    std::string content(mostBytes, '\0');
-    content.resize(std::fread(content.data(), 1, content.size(), file.get()));
-    return content;
-}
 
 }  // namespace virtual_cameras

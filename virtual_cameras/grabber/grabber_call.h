@@ -19,8 +19,20 @@ inline constexpr const char* live = "This is not possible while live video is ru
 inline constexpr const char* injected = "The device does not answer.";
 }  // namespace refusal
 
+// Whom a call is about that is not the grabber's own camera.
+template <class Subject>
+struct About {
+    const Subject& subject;
+};
+template <class Subject>
+About(const Subject&) -> About<Subject>;
+
 class CGrabberCall : public CLibraryCall {
 public:
+    template <class Subject, class... Arguments>
+    CGrabberCall(const char* operation, DShowLib::Grabber::Implementation& grabber,
+                 About<Subject> about, const Arguments&... arguments)
+        : CLibraryCall(operation, about.subject, arguments...), m_grabber(grabber.state) {}
     template <class... Arguments>
     CGrabberCall(const char* operation, DShowLib::Grabber::Implementation& grabber,
                  const Arguments&... arguments)

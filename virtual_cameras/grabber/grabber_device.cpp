@@ -54,10 +54,9 @@ Grabber::tVidCapDevListPtr Grabber::getAvailableVideoCaptureDevices_() const {
 
 bool Grabber::openDev(const VideoCaptureDeviceItem& device) {
     const std::shared_ptr<Camera>& camera = device.implementation()->camera;
-    CGrabberCall call("Grabber::openDev", *m_implementation, device.implementation()->name);
-    if (call.isRecorded()) {
-        call.isAbout(device.implementation()->cameraName());
-    }
+    CGrabberCall call("Grabber::openDev", *m_implementation,
+                      virtual_cameras::About{*device.implementation()},
+                      device.implementation()->name);
     return call.tries([&](CWorldLock& world) {
         GrabberState& state = m_implementation->state;
         if (virtual_cameras::isLive(world, state)) {

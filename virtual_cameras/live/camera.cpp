@@ -2,6 +2,7 @@
 #include "virtual_cameras/live/camera.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "virtual_cameras/live/grabber_state.h"
 
@@ -22,9 +23,13 @@ std::size_t indexOf(const std::optional<std::vector<Entry>>& list, const std::st
 }  // namespace
 
 Camera::Camera(const RigCamera& description)
+    : Camera(description, std::make_shared<CEventSchedule>(description.events)) {}
+
+Camera::Camera(const RigCamera& description, std::shared_ptr<CEventSchedule> goingOn)
     : rig(description),
       id(cameraId(description)),
       channel(indexOf(description.channels, description.channel)),
+      events(std::move(goingOn)),
       properties(new CPropertyTree(description)) {
     chooseNorm(indexOf(rig.norms, rig.norm));
     if (!hasNorms() && format) {
@@ -72,6 +77,23 @@ void Camera::chooseFormat(std::size_t index) {
     }
 }
 
+bool Camera::chooseFormatCalled(std::string_view name) {
+    const std::size_t count = hasNorms() ? rig.norms->size() : 1;
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto& formats = formatsOf(i);
+        for (std::size_t j = 0; formats && j < formats->size(); ++j) {
+            if ((*formats)[j].name == name) {
+                if (i != norm) {
+                    chooseNorm(i);
+                }
+                chooseFormat(j);
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 bool Camera::chooseFrameRate(double framesPerSecond) {
     const RigFormat* current = currentFormat();
     if (current == nullptr || !ratesOf(*current) || ratesOf(*current)->empty() ||
@@ -82,6 +104,10 @@ bool Camera::chooseFrameRate(double framesPerSecond) {
     const auto [lowest, highest] = std::minmax_element(rates.begin(), rates.end());
     frameRate = std::clamp(framesPerSecond, *lowest, *highest);
     return true;
+}
+
+double Camera::deliveryRate() const {
+    return trouble.slowedTo > 0.0 ? std::min(trouble.slowedTo, frameRate) : frameRate;
 }
 
 void Camera::updateProperties(CWorldLock& world) const {

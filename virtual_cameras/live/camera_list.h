@@ -2,6 +2,8 @@
 // The cameras that there are, in the order of their rig.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -22,7 +24,15 @@ public:
     // those of the rig in their place.
     void replace(CWorldLock& world, const Rig& rig);
 
+    // Puts another device of the same model in its place, not plugged in, and with the
+    // rest of its events. The camera itself when it is not of the list.
+    std::shared_ptr<Camera> exchange(CWorldLock& world, const std::shared_ptr<Camera>& camera,
+                                     std::int64_t serial);
+    // From 1.
+    void move(CWorldLock& world, const std::shared_ptr<Camera>& camera, std::size_t place);
+
 private:
+    std::vector<std::shared_ptr<Camera>> m_exchanged;  // no longer listed
     std::vector<std::shared_ptr<Camera>> m_cameras;
 };
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "virtual_cameras/live/delivery_session.h"
 
+#include <algorithm>
 #include <utility>
+
+#include "virtual_cameras/live/camera_events.h"
 
 namespace virtual_cameras {
 
@@ -9,11 +12,15 @@ CDeliverySession::CDeliverySession(CWorldLock& world, GrabberState& grabber,
                                    const PictureShape& shape, const DeliveryClock& clock)
     : m_camera(grabber.camera),
       m_grabber(&grabber),
-      m_schedule(world, clock, m_camera->frameRate),
+      m_schedule(world, clock, m_camera->deliveryRate()),
       m_delivery(grabber, shape) {}
 
 bool CDeliverySession::waitsForTrigger(CWorldLock& world) const {
     return m_camera->properties->triggerIsOn(world);
+}
+
+bool CDeliverySession::isHeld(CWorldLock& world) const {
+    return m_camera->trouble.holdsFrames() || waitsForTrigger(world);
 }
 
 bool CDeliverySession::isOwnThread(CWorldLock&) const noexcept {
@@ -31,18 +38,17 @@ void CDeliverySession::start(CWorldLock&, const std::shared_ptr<CDeliverySession
 void CDeliverySession::run() {
     CWorldLock world;
     m_threadId = ::GetCurrentThreadId();
-    const auto deliver = [&] {
-        return m_grabber != nullptr && m_delivery.deliver(world, *m_grabber);
-    };
     while (!m_stopping) {
-        if (!m_requests.isEmpty(world)) {
-            m_requests.serveFirst(world, deliver);
+        if (performDueEvents(world, m_camera)) {
             continue;
         }
-        const std::uint32_t milliseconds =
-            waitsForTrigger(world) ? CMonitor::forEver : m_schedule.millisecondsToNext(world);
+        if (!m_requests.isEmpty(world)) {
+            m_requests.serveFirst(world, [&] { return deliver(world); });
+            continue;
+        }
+        const std::uint32_t milliseconds = millisecondsToNext(world);
         if (milliseconds == 0) {
-            deliver();
+            deliver(world);
         } else {
             world.wait(milliseconds);
         }
@@ -54,8 +60,43 @@ void CDeliverySession::run() {
     m_requests.refuseAll(world);
 }
 
+bool CDeliverySession::deliver(CWorldLock& world) {
+    beforeFrame(world, m_camera);
+    if (m_stopping || m_camera->trouble.holdsFrames() || m_grabber == nullptr) {
+        return false;
+    }
+    m_camera->events->countFrame();
+    return m_delivery.deliver(world, *m_grabber);
+}
+
+std::uint32_t CDeliverySession::millisecondsToNext(CWorldLock& world) {
+    if (m_soon > 0 && waitsForTrigger(world)) {
+        --m_soon;
+        return 0;
+    }
+    m_soon = 0;
+    const std::uint32_t frame =
+        isHeld(world) ? CMonitor::forEver : m_schedule.millisecondsToNext(world);
+    // A due event is done before.
+    return std::min(frame, millisecondsToEvent(world, *m_camera));
+}
+
 bool CDeliverySession::deliverNow(CWorldLock& world) {
-    return !m_stopping && !m_finished && m_requests.ask(world);
+    const bool delivered =
+        !m_stopping && !m_finished && !m_camera->trouble.holdsFrames() && m_requests.ask(world);
+    waitUntilLossIsTold(world);
+    return delivered;
+}
+
+void CDeliverySession::waitUntilLossIsTold(CWorldLock& world) const {
+    while (hasUntoldLoss(world)) {
+        world.wait(CMonitor::forEver);
+    }
+}
+
+void CDeliverySession::deliverSoon(CWorldLock& world) noexcept {
+    ++m_soon;
+    world.wakeAll();
 }
 
 void CDeliverySession::stop(CWorldLock& world) {

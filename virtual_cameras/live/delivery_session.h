@@ -27,6 +27,8 @@ public:
     CFrameSchedule& schedule(CWorldLock&) noexcept { return m_schedule; }
     bool isStopping(CWorldLock&) const noexcept { return m_stopping; }
     bool waitsForTrigger(CWorldLock& world) const;
+    // Whether frames do not come by themselves.
+    bool isHeld(CWorldLock& world) const;
     // Whether the caller is the session's own thread, which cannot wait for itself.
     bool isOwnThread(CWorldLock&) const noexcept;
     // As isOwnThread, while listeners may still be called.
@@ -34,8 +36,15 @@ public:
 
     // The thread holds the session for as long as it runs.
     static void start(CWorldLock& world, const std::shared_ptr<CDeliverySession>& session);
-    // One frame now. False when all buffers are locked, or live video ends first.
+    // One frame now, or the loss of the camera that it meets. False when all buffers are locked, or
+    // live video ends first.
     bool deliverNow(CWorldLock& world);
+    // As deliverNow, for delivery threads: returns before the frame is there.
+    void deliverSoon(CWorldLock& world) noexcept;
+    // A loss that ended the session on a delivery thread, and is not told yet.
+    bool hasUntoldLoss(CWorldLock&) const noexcept { return m_lost && !m_finished; }
+    // Not on a delivery thread.
+    void waitUntilLossIsTold(CWorldLock& world) const;
     // The listeners are to be told at the end.
     void markLost(CWorldLock&) noexcept { m_lost = true; }
     // No frame begins any more, and the camera is free.
@@ -50,6 +59,9 @@ public:
 
 private:
     void run();
+    bool deliver(CWorldLock& world);
+    // How long the thread may sleep; 0: a frame is due.
+    std::uint32_t millisecondsToNext(CWorldLock& world);
 
     const std::shared_ptr<Camera> m_camera;
     std::thread m_thread;
@@ -58,6 +70,7 @@ private:
     GrabberState* m_grabber;
     CFrameSchedule m_schedule;
     CFrameRequests m_requests;
+    std::uint32_t m_soon = 0;  // frames that nobody waits for
     DWORD m_threadId = 0;
     bool m_stopping = false;
     bool m_lost = false;

@@ -60,8 +60,7 @@ void unplugCamera(CWorldLock& world, const std::shared_ptr<Camera>& camera) {
     if (const std::shared_ptr<CDeliverySession> session = camera->live) {
         untold.erase(std::remove(untold.begin(), untold.end(), session->grabber(world)),
                      untold.end());
-        session->markLost(world);
-        deliveries().end(world, session);
+        deliveries().lose(world, session);
     }
     for (GrabberState* grabber : untold) {
         if (isOpener(*camera, grabber)) {
@@ -75,6 +74,7 @@ void plugCamera(CWorldLock& world, Camera& camera) {
         return;
     }
     camera.plugged = true;
+    camera.trouble = {};
     camera.properties->powerUp(world);
     camera.updateProperties(world);
 }

@@ -9,7 +9,7 @@
 namespace virtual_cameras {
 
 // Ends live video. Returns when every grabber that has the camera open has been told,
-// in which time the lock is let go.
+// in which time the lock is let go; on a delivery thread live video may end later.
 void unplugCamera(CWorldLock& world, const std::shared_ptr<Camera>& camera);
 void plugCamera(CWorldLock& world, Camera& camera);
 

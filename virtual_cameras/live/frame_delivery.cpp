@@ -37,7 +37,7 @@ void CFrameDelivery::tellLost(CWorldLock& world, const GrabberState& grabber) {
 
 CFrameDelivery::Frame CFrameDelivery::prepare(CWorldLock& world, const GrabberState& grabber) {
     Frame frame{{*grabber.owner, m_camera->id, ++m_number},
-                nextBuffer(world),
+                dropsNext(world) ? nullptr : nextBuffer(world),
                 grabber.overlayPaths != 0,
                 false,
                 {}};
@@ -49,6 +49,13 @@ CFrameDelivery::Frame CFrameDelivery::prepare(CWorldLock& world, const GrabberSt
         frame.tone = m_camera->properties->tone(world);
     }
     return frame;
+}
+
+// Whether the camera is to lose the frame on its way.
+bool CFrameDelivery::dropsNext(CWorldLock&) const {
+    const bool drops = m_camera->trouble.drops > 0;
+    m_camera->trouble.drops -= drops ? 1U : 0U;
+    return drops;
 }
 
 // The next of the ring that is not locked; null when all are.
@@ -75,7 +82,7 @@ bool CFrameDelivery::carryOut(const Frame& frame) {
         return false;
     }
     m_renderer.render(frame.news.number, frame.entry->buffer->memory.get());
-    if (faults().next("GrabberListener::frameReady")) {
+    if (faults().next("GrabberListener::frameReady", *m_camera)) {
         tellFrameDropped(m_listeners, frame.news, frame.entry->handle);
         return false;
     }

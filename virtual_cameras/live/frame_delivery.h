@@ -32,13 +32,14 @@ private:
     // What one delivery needs of the world, taken under its lock.
     struct Frame {
         FrameNews news;
-        BufferEntry* entry;  // null when all buffers are locked
+        BufferEntry* entry;  // null when the frame is lost, or all buffers are locked
         bool overlay;
         bool newTone;
         ToneSettings tone;
     };
 
     Frame prepare(CWorldLock& world, const GrabberState& grabber);
+    bool dropsNext(CWorldLock& world) const;
     BufferEntry* nextBuffer(CWorldLock& world);
     bool carryOut(const Frame& frame);
 

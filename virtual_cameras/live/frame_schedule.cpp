@@ -5,14 +5,27 @@
 
 namespace virtual_cameras {
 
+std::uint64_t DeliveryClock::rigTime() const {
+    if (isStepped()) {
+        return steppedTime - steppedStart;
+    }
+    const std::chrono::nanoseconds passed = std::chrono::steady_clock::now() - realStart;
+    return static_cast<std::uint64_t>(passed.count());
+}
+
+void DeliveryClock::startRig() {
+    steppedStart = steppedTime;
+    realStart = std::chrono::steady_clock::now();
+}
+
 CFrameSchedule::CFrameSchedule(CWorldLock& world, const DeliveryClock& clock,
                                double framesPerSecond)
-    : m_clock(clock), m_period(static_cast<std::int64_t>(1e9 / framesPerSecond)) {
-    restart(world);
+    : m_clock(clock) {
+    setRate(world, framesPerSecond);
 }
 
 std::uint32_t CFrameSchedule::millisecondsToNext(CWorldLock&) {
-    if (m_clock.mode == VIRTUAL_CAMERAS_CLOCK_STEPPED) {
+    if (m_clock.isStepped()) {
         return CMonitor::forEver;
     }
     if (m_clock.mode == VIRTUAL_CAMERAS_CLOCK_FAST) {
@@ -26,6 +39,11 @@ std::uint32_t CFrameSchedule::millisecondsToNext(CWorldLock&) {
     // What could not be delivered in time is not made up for.
     m_nextTime = std::max(m_nextTime, now - m_period) + m_period;
     return 0;
+}
+
+void CFrameSchedule::setRate(CWorldLock& world, double framesPerSecond) {
+    m_period = std::chrono::nanoseconds(static_cast<std::int64_t>(1e9 / framesPerSecond));
+    restart(world);
 }
 
 void CFrameSchedule::restart(CWorldLock& world) {

@@ -15,6 +15,15 @@ namespace virtual_cameras {
 struct DeliveryClock {
     std::int32_t mode = VIRTUAL_CAMERAS_CLOCK_REAL;
     std::uint64_t steppedTime = 0;  // nanoseconds
+
+    // When the present rig came in, on both clocks.
+    std::uint64_t steppedStart = 0;
+    std::chrono::steady_clock::time_point realStart;
+
+    bool isStepped() const noexcept { return mode == VIRTUAL_CAMERAS_CLOCK_STEPPED; }
+    // Nanoseconds since then. The fast clock has no time of its own.
+    std::uint64_t rigTime() const;
+    void startRig();
 };
 
 class CFrameSchedule {
@@ -30,6 +39,8 @@ public:
     std::uint64_t nextStep(CWorldLock&) const noexcept { return m_nextStep; }
     void takeStep(CWorldLock&) noexcept { m_nextStep += steps(); }
 
+    // From now on; the next frame falls due one new period from now.
+    void setRate(CWorldLock& world, double framesPerSecond);
     // The next frame falls due one period from now, on both clocks.
     void restart(CWorldLock& world);
     // On the stepped clock alone.
@@ -39,7 +50,7 @@ private:
     std::uint64_t steps() const noexcept { return static_cast<std::uint64_t>(m_period.count()); }
 
     const DeliveryClock& m_clock;
-    const std::chrono::nanoseconds m_period;
+    std::chrono::nanoseconds m_period{};
     std::uint64_t m_nextStep = 0;
     std::chrono::steady_clock::time_point m_nextTime;
 };

@@ -168,6 +168,21 @@ void CPropertyTree::setString(CWorldLock& world, RigStrings& strings, std::strin
     changed(world);
 }
 
+void CPropertyTree::change(CWorldLock& world, const RigChange& change) {
+    RigElement& element = m_items[change.item].elements[change.element];
+    auto& kind = element.interfaces[change.interfaceIndex].kind;
+    const auto& wanted = change.value.kind;
+    if (auto* range = std::get_if<RigRange>(&kind)) {
+        setRange(world, element, *range, std::get<RigRange>(wanted).value);
+    } else if (auto* absolute = std::get_if<RigAbsolute>(&kind)) {
+        setAbsolute(world, element, *absolute, std::get<RigAbsolute>(wanted).value);
+    } else if (auto* toggle = std::get_if<RigSwitch>(&kind)) {
+        setSwitch(world, *toggle, std::get<RigSwitch>(wanted).on);
+    } else if (auto* strings = std::get_if<RigStrings>(&kind)) {
+        setString(world, *strings, std::get<RigStrings>(wanted).value);
+    }
+}
+
 void CPropertyTree::push(CWorldLock& world, RigItem& item, const RigButton& button) {
     ++m_pushes[item.name];
     for (RigElement& element : item.elements) {

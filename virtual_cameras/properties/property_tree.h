@@ -52,6 +52,8 @@ public:
     void setAbsolute(CWorldLock&, RigElement& element, RigAbsolute& absolute, double value);
     void setSwitch(CWorldLock&, RigSwitch& toggle, bool on);
     void setString(CWorldLock&, RigStrings& strings, std::string value);
+    // Behind everybody's back: no automatic is in the way.
+    void change(CWorldLock& world, const RigChange& change);
     void push(CWorldLock&, RigItem& item, const RigButton& button);
 
     std::uint32_t pushes(CWorldLock&, std::string_view item) const;

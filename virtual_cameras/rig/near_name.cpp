@@ -25,6 +25,14 @@ std::size_t editDistance(std::string_view left, std::string_view right) {
 
 }  // namespace
 
+bool sameIgnoringCase(std::string_view left, std::string_view right) {
+    const auto lower = [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    };
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [&](char a, char b) { return lower(a) == lower(b); });
+}
+
 std::string meantText(std::string_view wrong, const std::vector<std::string_view>& known) {
     constexpr std::size_t nearEnough = 3;
     std::string_view best;

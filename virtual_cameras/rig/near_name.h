@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a mistyped name was likely meant to be. For messages about rigs.
+// Names in rigs as people write them: in letters of any case, and mistyped.
 #pragma once
 
 #include <string>
@@ -7,6 +7,9 @@
 #include <vector>
 
 namespace virtual_cameras {
+
+// ASCII letters only.
+bool sameIgnoringCase(std::string_view left, std::string_view right);
 
 // `; did you mean "serial"?`, or nothing when no name is near.
 std::string meantText(std::string_view wrong, const std::vector<std::string_view>& known);

@@ -84,6 +84,70 @@ struct RigScene {
     SceneSettings settings;
 };
 
+// What happens to a camera. A time that it lasts is the event's.
+
+// Also how it comes back: empty and missing values leave things as they were.
+struct RigPlug {
+    std::string format;
+    std::optional<std::int64_t> serial;  // then it is another device of the same model
+    std::size_t place = 0;               // in the list, from 1
+};
+
+struct RigUnplug {
+    RigPlug back;
+};
+
+// No frame falls due.
+struct RigStall {};
+
+struct RigDrop {
+    std::uint32_t frames = 1;
+};
+
+struct RigSlow {
+    double framesPerSecond = 0.0;
+};
+
+enum class FailBehaviour { answersFalse, answersCode, throws, answersEmpty };
+
+struct RigFail {
+    std::string operation;    // as the call log shows it
+    std::uint32_t count = 1;  // calls; 0: all from then on
+    FailBehaviour how = FailBehaviour::answersFalse;
+    std::int32_t code = 0;
+    std::string text;
+};
+
+// One pulse.
+struct RigTrigger {};
+
+// Where among the camera's properties, and what stands there from then on.
+struct RigChange {
+    std::size_t item = 0;
+    std::size_t element = 0;
+    std::size_t interfaceIndex = 0;
+    RigInterface value;
+};
+
+using RigAction =
+    std::variant<RigUnplug, RigPlug, RigStall, RigDrop, RigSlow, RigFail, RigTrigger, RigChange>;
+
+enum class EventTrigger { frame, time, call };
+
+// Counts, and nanoseconds since the rig came in.
+struct RigEvent {
+    EventTrigger trigger = EventTrigger::time;
+    std::string operation;  // whose calls count
+    std::uint64_t first = 0;
+    // From one start to the next; both 0: it starts once.
+    std::uint64_t leastInterval = 0;
+    std::uint64_t mostInterval = 0;
+    std::uint32_t times = 0;  // 0: without end
+    std::uint32_t seed = 1;   // for intervals between least and most
+    std::uint64_t lasts = 0;  // nanoseconds; 0: until something else ends it
+    RigAction action;
+};
+
 enum class OpenBehaviour { succeeds, fails, throws };
 
 struct RigCamera {
@@ -106,6 +170,7 @@ struct RigCamera {
 
     bool properties = true;  // false: no collection at all
     std::vector<RigItem> items;
+    std::vector<RigEvent> events;
 
     OpenBehaviour open = OpenBehaviour::succeeds;
     std::string openText;

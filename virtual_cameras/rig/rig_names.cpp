@@ -28,6 +28,10 @@ std::variant<Rig, std::string> rigByName(std::string_view name) {
         return "1:" + std::to_string(colon + 2) + ": there is no scene \"" +
                std::string(name.substr(colon + 1)) + "\"";
     }
+    if (scene->showsPictures) {
+        return "1:" + std::to_string(colon + 2) + ": scene \"" + std::string(scene->name) +
+               "\" needs a rig file that names its pictures";
+    }
     for (RigCamera& camera : std::get<Rig>(rig).cameras) {
         camera.scene.kind = scene;
     }
@@ -49,8 +53,8 @@ std::string builtInRigsHint(std::string_view name) {
     return text;
 }
 
-std::variant<Rig, std::string> rigByText(std::string_view toml) {
-    auto parsed = parseRig(toml);
+std::variant<Rig, std::string> rigByText(std::string_view toml, const std::string& folder) {
+    auto parsed = parseRig(toml, folder);
     if (const auto* error = std::get_if<RigError>(&parsed)) {
         return errorText(*error);
     }

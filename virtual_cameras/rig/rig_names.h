@@ -18,7 +18,8 @@ std::variant<Rig, std::string> rigByName(std::string_view name);
 bool isBuiltInRig(std::string_view name);
 // Behind a message about a name that is none: a near one, and all there are.
 std::string builtInRigsHint(std::string_view name);
-// The text of a description. The message holds line and column.
-std::variant<Rig, std::string> rigByText(std::string_view toml);
+// The text of a description; relative paths in it are of the folder, else of the current
+// one. The message holds line and column.
+std::variant<Rig, std::string> rigByText(std::string_view toml, const std::string& folder = {});
 
 }  // namespace virtual_cameras

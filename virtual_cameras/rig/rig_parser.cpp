@@ -7,6 +7,9 @@
 #include <cmath>
 #include <limits>
 
+#include "virtual_cameras/files/files.h"
+#include "virtual_cameras/rig/near_name.h"
+#include "virtual_cameras/rig/rig_events.h"
 #include "virtual_cameras/rig/rig_items.h"
 #include "virtual_cameras/rig/strict_table.h"
 
@@ -31,14 +34,8 @@ constexpr std::array<Named<OpenBehaviour>, 3> openBehaviours = {
      {"fail", OpenBehaviour::fails},
      {"throw", OpenBehaviour::throws}}};
 
-// ASCII letters only.
-bool sameIgnoringCase(std::string_view left, std::string_view right) {
-    const auto lower = [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    };
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [&](char a, char b) { return lower(a) == lower(b); });
-}
+constexpr std::array<Named<PictureFit>, 2> pictureFits = {
+    {{"scale", PictureFit::scale}, {"crop", PictureFit::crop}}};
 
 // The entry of that name, in letters of any case, among `choices`.
 template <class Choices>
@@ -147,10 +144,31 @@ RigChannel readChannel(const toml::node& node) {
     return channel;
 }
 
-RigScene readScene(const toml::node& node) {
+// The pictures are read here, so that what is wrong with them is told with its place.
+void readPictures(CStrictTable& table, RigScene& scene, const std::string& folder) {
+    const toml::node* path = table.find("path");
+    if (path == nullptr) {
+        failAt(table.place(), "scene \"" + std::string(scene.kind->name) + "\" needs \"path\"");
+    }
+    const std::string text = textOf(*path, "path");
+    auto film = loadFilm(seenFrom(folder, text));
+    if (const auto* wrong = std::get_if<std::string>(&film)) {
+        failAt(path->source(), '"' + text + "\" " + *wrong);
+    }
+    scene.settings.film = std::get<std::shared_ptr<const Film>>(film);
+    if (const toml::node* fit = table.find("fit")) {
+        scene.settings.fit = chosen(pictureFits, *fit, "fit").value;
+    }
+}
+
+RigScene readScene(const toml::node& node, const std::string& folder) {
     RigScene scene;
     if (!node.is_table()) {
         scene.kind = &chosen(sceneKinds(), node, "scene");
+        if (scene.kind->showsPictures) {
+            failAt(node.source(), "scene \"" + std::string(scene.kind->name) +
+                                      "\" needs a table with \"pattern\" and \"path\"");
+        }
         return scene;
     }
     CStrictTable table(node, "scene");
@@ -164,18 +182,11 @@ RigScene readScene(const toml::node& node) {
     }
     scene.settings.seed = static_cast<std::uint32_t>(seed);
     scene.settings.value = static_cast<std::uint8_t>(value);
+    if (scene.kind->showsPictures) {
+        readPictures(table, scene, folder);
+    }
     table.finish();
     return scene;
-}
-
-std::int64_t readSerial(const toml::node& node) {
-    const std::string text = textOf(node, "serial");
-    std::uint64_t serial = 0;
-    const auto parsed = std::from_chars(text.data(), text.data() + text.size(), serial, 16);
-    if (text.empty() || parsed.ec != std::errc() || parsed.ptr != text.data() + text.size()) {
-        failAt(node.source(), "serial must be hexadecimal digits, such as \"1A2B\"");
-    }
-    return static_cast<std::int64_t>(serial);
 }
 
 bool onlyGrey(const std::optional<std::vector<RigFormat>>& formats) {
@@ -208,7 +219,13 @@ void checkCurrent(CStrictTable& table, std::string_view key, const std::string& 
     }
 }
 
-void readPicture(CStrictTable& table, RigCamera& camera) {
+// What a camera needs to know of the rig that it belongs to.
+struct RigPlace {
+    const std::string& folder;  // of relative paths
+    std::size_t cameras;
+};
+
+void readPicture(CStrictTable& table, RigCamera& camera, const RigPlace& rig) {
     camera.formats = readList<RigFormat>(table.find("formats"), "formats", readFormat);
     camera.format = table.text("format", "");
     camera.norms = readList<RigNorm>(table.find("norm"), "norm", readNorm);
@@ -233,19 +250,19 @@ void readPicture(CStrictTable& table, RigCamera& camera) {
         camera.bayer = chosen(bayerOrders, *bayer, "bayer").value;
     }
     if (const toml::node* scene = table.find("scene")) {
-        camera.scene = readScene(*scene);
+        camera.scene = readScene(*scene, rig.folder);
     }
 }
 
-RigCamera readCamera(const toml::node& node) {
+RigCamera readCamera(const toml::node& node, const RigPlace& rig) {
     CStrictTable table(node, "camera");
     RigCamera camera;
     camera.name = table.neededText("name");
     camera.model = table.text("model", camera.name);
     if (const toml::node* serial = table.find("serial")) {
-        camera.serial = readSerial(*serial);
+        camera.serial = serialOf(*serial);
     }
-    readPicture(table, camera);
+    readPicture(table, camera, rig);
     camera.properties = table.flag("properties", true);
     if (const toml::node* items = table.find("item")) {
         camera.items = readItems(*items);
@@ -255,22 +272,42 @@ RigCamera readCamera(const toml::node& node) {
     }
     camera.openText = table.text("open_text", "The device does not answer.");
     camera.exclusive = table.flag("exclusive", false);
+    if (const toml::node* events = table.find("event")) {
+        camera.events = readEvents(*events, camera, rig.cameras);
+    }
     table.finish();
     return camera;
 }
 
+// The camera's own, and those with which it comes back.
+std::vector<std::string> idsOf(const RigCamera& camera) {
+    std::vector<std::string> ids = {cameraId(camera)};
+    for (const RigEvent& event : camera.events) {
+        const auto* unplug = std::get_if<RigUnplug>(&event.action);
+        const auto* plug = unplug != nullptr ? &unplug->back : std::get_if<RigPlug>(&event.action);
+        if (plug != nullptr && plug->serial) {
+            RigCamera other;
+            other.serial = plug->serial;
+            ids.push_back(cameraId(other));
+        }
+    }
+    return ids;
+}
+
 void checkIds(const Rig& rig, const toml::array& cameras) {
+    std::vector<std::string> taken;
     for (std::size_t i = 0; i < rig.cameras.size(); ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
-            if (cameraId(rig.cameras[i]) == cameraId(rig.cameras[j])) {
-                failAt(cameras[i].source(),
-                       "two cameras are called \"" + cameraId(rig.cameras[i]) + "\"");
+        const std::vector<std::string> ids = idsOf(rig.cameras[i]);
+        for (const std::string& id : ids) {
+            if (std::find(taken.begin(), taken.end(), id) != taken.end()) {
+                failAt(cameras[i].source(), "two cameras are called \"" + id + "\"");
             }
         }
+        taken.insert(taken.end(), ids.begin(), ids.end());
     }
 }
 
-Rig readRig(const toml::table& root) {
+Rig readRig(const toml::table& root, const std::string& folder) {
     CStrictTable table(root, "rig");
     const std::int64_t version = table.integer("rig", 1);
     if (version != 1) {
@@ -280,7 +317,7 @@ Rig readRig(const toml::table& root) {
     if (const toml::node* cameras = table.find("camera")) {
         const toml::array& list = arrayOf(*cameras, "camera");
         for (const toml::node& camera : list) {
-            rig.cameras.push_back(readCamera(camera));
+            rig.cameras.push_back(readCamera(camera, {folder, list.size()}));
         }
         checkIds(rig, list);
     }
@@ -294,9 +331,9 @@ std::string errorText(const RigError& error) {
     return std::to_string(error.line) + ":" + std::to_string(error.column) + ": " + error.message;
 }
 
-std::variant<Rig, RigError> parseRig(std::string_view toml) {
+std::variant<Rig, RigError> parseRig(std::string_view toml, const std::string& folder) {
     try {
-        return readRig(toml::parse(toml));
+        return readRig(toml::parse(toml), folder);
     } catch (const toml::parse_error& error) {
         const toml::source_position place = error.source().begin;
         return RigError{place.line, place.column, std::string(error.description())};

@@ -20,6 +20,7 @@ struct RigError {
 // "line:column: message"
 std::string errorText(const RigError& error);
 
-std::variant<Rig, RigError> parseRig(std::string_view toml);
+// Relative paths in it are of the folder, else of the current one.
+std::variant<Rig, RigError> parseRig(std::string_view toml, const std::string& folder);
 
 }  // namespace virtual_cameras

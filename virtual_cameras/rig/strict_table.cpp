@@ -2,6 +2,7 @@
 #include "virtual_cameras/rig/strict_table.h"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
 #include <utility>
 
@@ -47,6 +48,16 @@ const toml::array& arrayOf(const toml::node& node, std::string_view what) {
         return *value;
     }
     failAt(node.source(), std::string(what) + " must be a list");
+}
+
+std::int64_t serialOf(const toml::node& node) {
+    const std::string text = textOf(node, "serial");
+    std::uint64_t serial = 0;
+    const auto parsed = std::from_chars(text.data(), text.data() + text.size(), serial, 16);
+    if (text.empty() || parsed.ec != std::errc() || parsed.ptr != text.data() + text.size()) {
+        failAt(node.source(), "serial must be hexadecimal digits, such as \"1A2B\"");
+    }
+    return static_cast<std::int64_t>(serial);
 }
 
 CStrictTable::CStrictTable(const toml::node& node, std::string_view what)

@@ -66,6 +66,7 @@ private:
 std::string textOf(const toml::node& node, std::string_view what);
 double numberOf(const toml::node& node, std::string_view what);
 bool flagOf(const toml::node& node, std::string_view what);
+std::int64_t serialOf(const toml::node& node);
 const toml::array& arrayOf(const toml::node& node, std::string_view what);
 
 }  // namespace virtual_cameras

@@ -95,11 +95,14 @@ std::unique_ptr<CScene> made(const SceneSettings& settings) {
     }
 }
 
-constexpr SceneKind kinds[] = {{"counter", made<CCounterScene>},
-                               {"colorchart", made<CColorChart>},
-                               {"gradient", made<CGradientScene>},
-                               {"noise", made<CNoiseScene>},
-                               {"flat", made<CFlatScene>}};
+std::unique_ptr<CScene> replayOf(const SceneSettings& settings) {
+    return std::make_unique<CReplayScene>(settings.film, settings.fit);
+}
+
+constexpr SceneKind kinds[] = {
+    {"counter", made<CCounterScene>},   {"colorchart", made<CColorChart>},
+    {"gradient", made<CGradientScene>}, {"noise", made<CNoiseScene>},
+    {"flat", made<CFlatScene>},         {"replay", replayOf, true}};
 
 }  // namespace
 
