@@ -44,7 +44,8 @@ TEST(CamhostRigs, TheSlowTriggerMakesWaitsTimeOut) {
     const Outcome outcome = withRig("slow_trigger", {"grab", "-n", "3", "--format", "none"});
     EXPECT_EQ(outcome.exit, 0) << outcome.err;
     EXPECT_THAT(outcome.out, StartsWith("done: 3 frames in "));
-    EXPECT_THAT(outcome.out, testing::ContainsRegex("timeouts [1-9]"));
+    EXPECT_THAT(outcome.out, HasSubstr(", timeouts "));
+    EXPECT_THAT(outcome.out, testing::Not(HasSubstr(", timeouts 0")));
 }
 
 TEST(CamhostRigs, ManySettingsAreFourHundredKeys) {
@@ -54,8 +55,9 @@ TEST(CamhostRigs, ManySettingsAreFourHundredKeys) {
 }
 
 TEST(CamhostRigs, TheFilmIsFoundBesideItsRig) {
-    const Outcome outcome = withRig("film", {"--clock", "fast", "-c", "F11", "grab",
-                                             "--pixelformat", "rgb24", "-o", "film.ppm"});
+    const Outcome outcome =
+        withRig("film", {"--clock", "fast", "-c", "F11", "grab", "--pixelformat", "rgb24",
+                         "--force", "-o", "film.ppm"});
     EXPECT_EQ(outcome.exit, 0) << outcome.err;
     const std::string picture = readFile(testFolder() / "film.ppm");
     EXPECT_THAT(picture, StartsWith("P6\n128 96\n255\n"));

@@ -4,6 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+
 #include "camhost/application/command_table.h"
 #include "camhost/grab/grab_options.h"
 #include "tests/camhost_logic/made_up_adapter.h"
@@ -133,7 +136,11 @@ TEST(CommandLine, AWordThatBeginsWithASlashIsAFile) {
 TEST(CommandLine, TheVersionCanBeAsked) {
     const CommandLine line = read({"--version"});
     EXPECT_EQ(line.outcome, CommandLineOutcome::Help);
-    EXPECT_THAT(line.text, testing::MatchesRegex("camhost [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_THAT(line.text, testing::StartsWith("camhost "));
+    const std::string version = line.text.substr(std::string("camhost ").size());
+    EXPECT_EQ(std::count(version.begin(), version.end(), '.'), 2);
+    EXPECT_EQ(version.find_first_not_of("0123456789."), version.size() - 1);
+    EXPECT_EQ(version.back(), '\n');
 }
 
 TEST(CommandLine, AskingForJsonCountsAlsoInAMistake) {

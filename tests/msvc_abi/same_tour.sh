@@ -13,17 +13,17 @@ scripts=$(cd "$(dirname "$0")/../../scripts" && pwd)
 use() { ln -sfn "$work/$1" "$work/current"; }
 
 # What a clock measured is no text of the adapter's.
-texts() { sed -E "s|$work/$1|FOLDER|g; s/in [0-9.]+ s, [0-9.]+ fps/in TIME/" "$work/$1/text"; }
+texts() { sed -E "s|$work/$1|FOLDER|g; s/in [0-9.]+ s(, [0-9.]+ fps while live)?,/in TIME,/" "$work/$1/text"; }
 
 # The scene shows its frame's number, and a busy machine may miss the first frame: a
 # picture that differs is taken again in the tour's own words.
 take_again() {
     local line
-    line=$(grep -m 1 -- "^\\$ camhost .*/$1\$" "$work/0/text")
-    eval "set -- ${line#\$ camhost}"
+    line=$(grep -m 1 -- "^\\$ scripts/camhost.sh .*/$1\$" "$work/0/text")
+    eval "set -- ${line#\$ scripts/camhost.sh}"
     for i in 0 1; do
         use $i
-        "$scripts/wine_run.sh" "$work/current/camhost.exe" "$@" >/dev/null 2>&1
+        "$scripts/wine_run.sh" "$work/current/camhost.exe" "$@" --force >/dev/null 2>&1
     done
 }
 
