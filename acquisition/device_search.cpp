@@ -10,14 +10,23 @@ namespace {
 
 enum class Comparison { same, other, untold };
 
-// Closes the device when the library throws before it is known: it may be another one.
-Comparison compareOpenDevice(DShowLib::Grabber& grabber, std::string_view serialText) {
+Comparison compareOpenDevice(const DShowLib::Grabber& grabber, std::string_view serialText) {
+    std::int64_t serialNumber = 0;
+    if (!grabber.getDev().getSerialNumber(serialNumber)) {
+        return Comparison::untold;
+    }
+    return hexadecimalText(serialNumber) == serialText ? Comparison::same : Comparison::other;
+}
+
+// Whether the open device is the one looked for. Another one is closed, and so is whatever
+// the library throws about, also while it is being closed: it may be another one.
+bool keepIfSame(DShowLib::Grabber& grabber, std::string_view serialText) {
     try {
-        std::int64_t serialNumber = 0;
-        if (!grabber.getDev().getSerialNumber(serialNumber)) {
-            return Comparison::untold;
+        const Comparison comparison = compareOpenDevice(grabber, serialText);
+        if (comparison == Comparison::other) {
+            grabber.closeDev();
         }
-        return hexadecimalText(serialNumber) == serialText ? Comparison::same : Comparison::other;
+        return comparison == Comparison::same;
     } catch (...) {
         grabber.closeDev();
         throw;
@@ -30,14 +39,8 @@ bool reopenDevice(DShowLib::Grabber& grabber, std::string_view serialText) {
     for (const auto& item : toStandard(grabber.getAvailableVideoCaptureDevices_())) {
         // The serial number is read from the open device.
         grabber.openDev(item);
-        switch (compareOpenDevice(grabber, serialText)) {
-            case Comparison::same:
-                return true;
-            case Comparison::other:
-                grabber.closeDev();
-                break;
-            case Comparison::untold:
-                break;
+        if (keepIfSame(grabber, serialText)) {
+            return true;
         }
     }
     return false;

@@ -42,7 +42,7 @@ examples: include/velmora
 fuzz: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/* fuzz/any_library
 fuzz/any_library: include/velmora platform capture capture/library properties adapter fuzz tests
 bench: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/*
-tests: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras virtual_cameras/scenes virtual_cameras/live camhost/* fuzz
+tests: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras virtual_cameras/scenes virtual_cameras/rig virtual_cameras/live camhost/* fuzz
 '
 # The files and folders that may name the headers of Windows.
 knows_windows='platform/windows.h camhost/win32 examples tests cmake/msvc_abi'

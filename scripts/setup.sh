@@ -1,8 +1,8 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
-# Usage: setup.sh demo|test|bench
-# Installs the Debian 12 packages that the demo, the tests or the benchmarks need and
-# that are not there yet. As root, or through sudo.
+# Usage: setup.sh demo|test|coverage|bench
+# Installs the Debian 12 packages that the demo, the tests, their coverage or the benchmarks
+# need and that are not there yet. As root, or through sudo.
 set -euo pipefail
 
 demo_packages=(
@@ -15,6 +15,7 @@ test_packages=(
     clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev python3
     clang-tools-14 libc++-14-dev libwine-dev lld-14 llvm-14
 )
+coverage_packages=("${demo_packages[@]}" gcovr)
 bench_packages=(
     "${demo_packages[@]}"
     gnuplot-nox gstreamer1.0-plugins-bad libaravis-dev libglib2.0-dev libgstreamer1.0-dev
@@ -24,9 +25,10 @@ bench_packages=(
 case ${1:-} in
 demo) wanted=("${demo_packages[@]}") ;;
 test) wanted=("${test_packages[@]}") ;;
+coverage) wanted=("${coverage_packages[@]}") ;;
 bench) wanted=("${bench_packages[@]}") ;;
 *)
-    echo "usage: setup.sh demo|test|bench" >&2
+    echo "usage: setup.sh demo|test|coverage|bench" >&2
     exit 2
     ;;
 esac

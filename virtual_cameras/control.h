@@ -74,12 +74,19 @@ enum {
     VIRTUAL_CAMERAS_FAIL_FALSE = 0, /* false, an empty handle, or E_FAIL, without effect */
     VIRTUAL_CAMERAS_FAIL_CODE = 1,  /* returns `code`, a negative result code, without effect */
     VIRTUAL_CAMERAS_FAIL_THROW = 2, /* throws `text` as a char*, without effect */
-    VIRTUAL_CAMERAS_FAIL_EMPTY = 3  /* a list: present but empty; a reference or text: success
+    VIRTUAL_CAMERAS_FAIL_EMPTY = 3, /* a list: present but empty; a reference or text: success
                                        with a null pointer */
+    VIRTUAL_CAMERAS_FAIL_THROW_CODE = 4,    /* throws `code` as a 32-bit integer, without effect */
+    VIRTUAL_CAMERAS_FAIL_THROW_STANDARD = 5 /* throws `text` as a std::runtime_error, without
+                                               effect */
 };
 VIRTUAL_CAMERAS_API void virtualCamerasFailCall(const char* operation, uint32_t nth, uint32_t count,
                                                 int32_t kind, int32_t code, const char* text);
 VIRTUAL_CAMERAS_API void virtualCamerasClearFailures(void);
+
+/* 1 while the calling thread is inside a call of the library, from work that a test has put
+ * there (an allocation, say). */
+VIRTUAL_CAMERAS_API int32_t virtualCamerasIsInsideCall(void);
 
 /* The ordered log of every call into the library, and of every delivery out of
  * it ("GrabberListener::frameReady"). Off at first; switching it on empties it. */

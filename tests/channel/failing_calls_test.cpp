@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the capture library's failures leave behind: live video, sinks, locks, cameras.
 #include <cstdio>
+#include <new>
 
 #include "tests/support/one_channel.h"
 
@@ -84,6 +85,29 @@ TEST_F(FailingCalls, ACameraThatThrowsBeforeItIsAskedForItsNumberIsClosedAgain) 
     EXPECT_EQ(library_log::operations().back(), "Grabber::closeDev");
     EXPECT_EQ(alive().openDevices, 0U);
     EXPECT_EQ(waitInVain(), noFrame()) << "the next wait finds it";
+}
+
+TEST_F(FailingCalls, ACameraThatThrowsWhileItIsClosedInTheSearchIsClosedAgain) {
+    openLive(rigs::camera("SIM B", "B2", "\"Y800 (8x4)\"") + rigs::grey(), 1);
+    unplug();
+    const std::int32_t balance = win32::comBalance();
+    recordAll();
+    breakCall("Grabber::closeDev");
+    EXPECT_THROW(wait(), char*);
+    EXPECT_EQ(library_log::operations().back(), "Grabber::closeDev");
+    EXPECT_EQ(alive().openDevices, 0U);
+    EXPECT_EQ(win32::comBalance(), balance);
+    EXPECT_EQ(wait().word, 0x2000U) << "another camera is not taken for the lost one";
+}
+
+TEST_F(FailingCalls, AListThatFindsNoMemoryToBeCopiedIsAnExceptionAndNotTheEnd) {
+    startLibrary();
+    DShowLib::FrameHandlerSink::tCreateData data;
+    data.bufferCount = 5;
+    data.frameTypes.push_back({});
+    win32::injectResults("CoTaskMemAlloc", {0});
+    EXPECT_THROW(DShowLib::FrameHandlerSink::create(data), std::bad_alloc);
+    EXPECT_EQ(alive().sinks, 0U);
 }
 
 TEST_F(FailingCalls, ASinkThatThrowsLeavesTheOneBeforeIt) {

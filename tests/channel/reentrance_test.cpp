@@ -71,6 +71,38 @@ TEST_F(Reentrance, TheOutermostOfNestedCallsDestroysTheChannel) {
     EXPECT_EQ(alive().grabbers, 0U);
 }
 
+TEST_F(Reentrance, AChannelClosedInsideTheInnerOfTwoCallsLivesUntilTheOuterLeaves) {
+    const VideoChannelRecord record = openRecord();
+    EXPECT_EQ(record.StartAcquisition(nullptr, record.context), 0);
+    CHostStatus outer;
+    CHostStatus inner;
+    win32::runInside("WaitForSingleObject", [&] {
+        win32::injectResults("WaitForSingleObject", {WAIT_TIMEOUT});
+        EXPECT_EQ(record.CloseChannel(nullptr, record.context), 0);
+    });
+    copyIntoNothing(record, outer, [&] {
+        EXPECT_EQ(record.WaitFrame(nullptr, record.context, inner), 0);
+        EXPECT_EQ(alive().grabbers, 1U);
+    });
+    win32::runInside("WaitForSingleObject", {});
+    EXPECT_EQ(inner.value(), 4096U);
+    EXPECT_EQ(outer.value(), 4096U);
+    EXPECT_EQ(alive().grabbers, 0U);
+}
+
+TEST_F(Reentrance, ALibraryThatThrowsInItsEndLeavesTheAnswerOfTheCallThatLeaves) {
+    const VideoChannelRecord record = openRecord();
+    CHostStatus status;
+    EXPECT_EQ(copyIntoNothing(record, status,
+                              [&] {
+                                  EXPECT_EQ(record.CloseChannel(nullptr, record.context), 0);
+                                  throwFromCall("ExitLibrary", "broken");
+                              }),
+              0);
+    EXPECT_EQ(status.value(), 4096U);
+    EXPECT_EQ(alive().grabbers, 0U);
+}
+
 TEST_F(Reentrance, AnotherChannelClosedInsideACallGoesAtOnceAndTheLibraryStays) {
     loadRig(rigs::grey() + rigs::color());
     const VideoChannelRecord first = openRecord(0);

@@ -36,20 +36,21 @@ public:
     }
 
     bool isUntouched(std::size_t first, std::size_t count) const {
-        return std::all_of(data() + first, data() + first + count,
-                           [](std::uint8_t each) { return each == filler; });
+        return holdsOnly(data() + first, count, filler);
     }
     bool isUntouched() const { return isUntouched(0, m_size); }
     bool isGuardIntact() const {
-        const auto holds = [](std::uint8_t value) {
-            return [value](std::uint8_t each) { return each == value; };
-        };
-        return std::all_of(m_memory.begin(), m_memory.begin() + guard, holds(before)) &&
-               std::all_of(m_memory.end() - guard, m_memory.end(), holds(behind));
+        return holdsOnly(m_memory.data(), guard, before) &&
+               holdsOnly(m_memory.data() + guard + m_size, guard, behind);
     }
     void refill() { std::fill_n(data(), m_size, filler); }
 
 private:
+    // Compared with themselves, one byte further on: tests ask this thousands of times.
+    static bool holdsOnly(const std::uint8_t* bytes, std::size_t count, std::uint8_t value) {
+        return count == 0 || (*bytes == value && std::memcmp(bytes, bytes + 1, count - 1) == 0);
+    }
+
     static constexpr std::ptrdiff_t guard = 4096;
     static constexpr std::uint8_t before = 0xC3;
     static constexpr std::uint8_t behind = 0x3C;

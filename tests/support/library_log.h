@@ -26,7 +26,7 @@ inline bool matches(std::string_view operation, const Filters& filters) {
            });
 }
 
-inline std::vector<VirtualCamerasCall> calls(const Filters& filters, std::uint64_t from = 0) {
+inline std::vector<VirtualCamerasCall> calls(const Filters& filters = {}, std::uint64_t from = 0) {
     std::vector<VirtualCamerasCall> all;
     VirtualCamerasCall call{};
     for (std::uint64_t i = from; virtualCamerasGetCall(i, &call) == 1; ++i) {

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <stdexcept>
+
 #include "tests/virtual_cameras/camera_rig.h"
 
 namespace camera_tests {
@@ -161,6 +163,36 @@ TEST_F(Calls, FailByThrowingATextThatStaysReadable) {
     EXPECT_EQ("|Grabber::Grabber||throw no memory", logged(0));
     virtualCamerasReset();
     EXPECT_STREQ("no memory", thrown);
+    EXPECT_EQ(0U, alive().grabbers);
+}
+
+TEST_F(Calls, FailByThrowingACode) {
+    virtualCamerasRecordCalls(1);
+    virtualCamerasFailCall("Grabber::Grabber", 1, 1, VIRTUAL_CAMERAS_FAIL_THROW_CODE, -2147024809,
+                           nullptr);
+    std::int32_t thrown = 0;
+    try {
+        const DShowLib::Grabber grabber;
+    } catch (std::int32_t code) {
+        thrown = code;
+    }
+    EXPECT_EQ(-2147024809, thrown);
+    EXPECT_EQ("|Grabber::Grabber||throw 0x80070057", logged(0));
+    EXPECT_EQ(0U, alive().grabbers);
+}
+
+TEST_F(Calls, FailByThrowingAStandardException) {
+    virtualCamerasRecordCalls(1);
+    virtualCamerasFailCall("Grabber::Grabber", 1, 1, VIRTUAL_CAMERAS_FAIL_THROW_STANDARD, 0,
+                           "no memory");
+    std::string thrown;
+    try {
+        const DShowLib::Grabber grabber;
+    } catch (const std::runtime_error& failure) {
+        thrown = failure.what();
+    }
+    EXPECT_EQ("no memory", thrown);
+    EXPECT_EQ("|Grabber::Grabber||throw no memory", logged(0));
     EXPECT_EQ(0U, alive().grabbers);
 }
 

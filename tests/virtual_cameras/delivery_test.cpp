@@ -235,6 +235,15 @@ TEST_F(Delivery, AFailedDeliveryDropsTheFilledFrame) {
     EXPECT_EQ(1, m_listener.droppedWithBuffer);
 }
 
+TEST_F(Delivery, AListenerThatThrowsIsReportedAndAskedAgain) {
+    m_listener.onFrame = [](DShowLib::Grabber&) { throw 1; };
+    ASSERT_TRUE(m_grabber->startLive(false));
+    EXPECT_EQ(0U, virtualCamerasStepClock(sixtieth));
+    EXPECT_EQ("a listener threw", misuse());
+    m_listener.onFrame = {};
+    EXPECT_EQ(1U, virtualCamerasStepClock(sixtieth));
+}
+
 TEST_F(Delivery, FramesMatchTheSinkTypeReported) {
     const auto sink = sinkFor(subtypeRGB32);
     DShowLib::FrameTypeInfo type{};

@@ -150,6 +150,10 @@ void runInside(std::string_view name, std::function<void()> work) {
     anyInside.store(!inside().work.empty());
 }
 
+bool isInsideCall() noexcept {
+    return detail::CInside::isInside();
+}
+
 void reset() {
     const std::uint64_t count = stored();
     for (std::uint64_t i = 0; i < count; ++i) {

@@ -14,6 +14,21 @@
 
 namespace win32::detail {
 
+// The calling thread is inside the subset for the length of a scope. Stands in each
+// function that may allocate with new.
+class CInside {
+public:
+    CInside() noexcept { ++s_depth; }
+    CInside(const CInside&) = delete;
+    CInside& operator=(const CInside&) = delete;
+    ~CInside() { --s_depth; }
+
+    static bool isInside() noexcept { return s_depth != 0; }
+
+private:
+    static inline thread_local constinit std::uint32_t s_depth = 0;
+};
+
 // Appends one call; `name` must be a literal. Allocates only for arguments
 // longer than 200 bytes.
 void record(const char* name, std::string_view arguments);

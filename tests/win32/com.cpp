@@ -112,21 +112,25 @@ BstrHeader* headerOf(BSTR text) {
 }  // namespace
 
 HRESULT CoInitializeEx(LPVOID reserved, DWORD apartment) {
+    const win32::detail::CInside inside;
     record("CoInitializeEx", pointerText(reserved) + ", " + std::to_string(apartment));
     return start("CoInitializeEx", apartment & COINIT_APARTMENTTHREADED);
 }
 
 void CoUninitialize() {
+    const win32::detail::CInside inside;
     record("CoUninitialize", "");
     stop();
 }
 
 HRESULT OleInitialize(LPVOID reserved) {
+    const win32::detail::CInside inside;
     record("OleInitialize", pointerText(reserved));
     return start("OleInitialize", COINIT_APARTMENTTHREADED);
 }
 
 void OleUninitialize() {
+    const win32::detail::CInside inside;
     record("OleUninitialize", "");
     stop();
 }
@@ -182,6 +186,7 @@ UINT SysStringLen(BSTR text) {
 }
 
 HRESULT StringFromCLSID(REFCLSID identifier, LPOLESTR* text) {
+    const win32::detail::CInside inside;
     const RegistryText formatted(identifier);
     record("StringFromCLSID", formatted.view());
     *text = nullptr;

@@ -107,12 +107,14 @@ BOOL signal(const char* function, HANDLE handle, bool signalled) {
 }  // namespace
 
 HANDLE CreateEventA(LPSECURITY_ATTRIBUTES, BOOL manualReset, BOOL signalled, LPCSTR name) {
+    const win32::detail::CInside inside;
     win32::detail::record("CreateEventA",
                           createArguments(manualReset, signalled, name == nullptr ? "null" : name));
     return createEvent("CreateEventA", manualReset, signalled);
 }
 
 HANDLE CreateEventW(LPSECURITY_ATTRIBUTES, BOOL manualReset, BOOL signalled, LPCWSTR name) {
+    const win32::detail::CInside inside;
     win32::detail::record("CreateEventW",
                           createArguments(manualReset, signalled, win32::detail::utf8(name)));
     return createEvent("CreateEventW", manualReset, signalled);

@@ -48,6 +48,12 @@ void clearInjected() {
     detail::resetInjected();
 }
 
+std::size_t unusedResults(std::string_view name) {
+    const std::lock_guard guard(state().mutex);
+    const auto found = state().answers.find(name);
+    return found == state().answers.end() ? 0 : found->second.next.size();
+}
+
 namespace detail {
 
 Counter taskMemory;

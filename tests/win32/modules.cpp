@@ -102,6 +102,7 @@ using win32::detail::record;
 using win32::detail::utf8;
 
 DWORD GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
+    const win32::detail::CInside inside;
     record("GetModuleFileNameW", pointerText(module) + ", " + std::to_string(size));
     if (injected("GetModuleFileNameW") == 0 || size == 0) {
         SetLastError(ERROR_MOD_NOT_FOUND);
@@ -120,6 +121,7 @@ DWORD GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
 }
 
 HMODULE GetModuleHandleW(LPCWSTR name) {
+    const win32::detail::CInside inside;
     record("GetModuleHandleW", utf8(name));
     if (injected("GetModuleHandleW") == 0) {
         SetLastError(ERROR_MOD_NOT_FOUND);
@@ -130,6 +132,7 @@ HMODULE GetModuleHandleW(LPCWSTR name) {
 }
 
 HMODULE LoadLibraryW(LPCWSTR name) {
+    const win32::detail::CInside inside;
     record("LoadLibraryW", utf8(name));
     if (injected("LoadLibraryW") == 0 || win32::firstMatch(win32::loadedPath(name)).empty()) {
         SetLastError(ERROR_MOD_NOT_FOUND);
@@ -139,6 +142,7 @@ HMODULE LoadLibraryW(LPCWSTR name) {
 }
 
 HMODULE LoadLibraryExW(LPCWSTR name, HANDLE file, DWORD flags) {
+    const win32::detail::CInside inside;
     record("LoadLibraryExW", utf8(name) + ", " + pointerText(file) + ", " + std::to_string(flags));
     if (injected("LoadLibraryExW") == 0 || win32::firstMatch(win32::loadedPath(name)).empty()) {
         SetLastError(ERROR_MOD_NOT_FOUND);
@@ -148,11 +152,13 @@ HMODULE LoadLibraryExW(LPCWSTR name, HANDLE file, DWORD flags) {
 }
 
 BOOL FreeLibrary(HMODULE module) {
+    const win32::detail::CInside inside;
     record("FreeLibrary", pointerText(module));
     return module != nullptr ? TRUE : FALSE;
 }
 
 FARPROC GetProcAddress(HMODULE module, LPCSTR name) {
+    const win32::detail::CInside inside;
     record("GetProcAddress", pointerText(module) + ", " + name);
     const std::lock_guard guard(win32::state().mutex);
     const auto found = win32::state().procedures.find(name);
@@ -164,6 +170,7 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name) {
 }
 
 BOOL SetDllDirectoryW(LPCWSTR path) {
+    const win32::detail::CInside inside;
     record("SetDllDirectoryW", utf8(path));
     if (const auto result = injected("SetDllDirectoryW")) {
         return static_cast<BOOL>(*result);
@@ -174,6 +181,7 @@ BOOL SetDllDirectoryW(LPCWSTR path) {
 }
 
 HANDLE FindFirstFileW(LPCWSTR pattern, LPWIN32_FIND_DATAW found) {
+    const win32::detail::CInside inside;
     record("FindFirstFileW", utf8(pattern));
     const std::wstring path = win32::firstMatch(pattern);
     if (injected("FindFirstFileW") == 0 || path.empty()) {
@@ -188,6 +196,7 @@ HANDLE FindFirstFileW(LPCWSTR pattern, LPWIN32_FIND_DATAW found) {
 }
 
 BOOL FindClose(HANDLE search) {
+    const win32::detail::CInside inside;
     record("FindClose", pointerText(search));
     if (search == nullptr || search == INVALID_HANDLE_VALUE) {
         SetLastError(ERROR_INVALID_HANDLE);

@@ -36,6 +36,7 @@ void detail::resetMessageBoxes() {
 
 // Short texts pass without allocation: the road of a frame passes here.
 void OutputDebugStringW(LPCWSTR text) {
+    const win32::detail::CInside inside;
     std::array<char, 128> narrow;
     const std::size_t size = win32::detail::utf8(text, narrow);
     if (size <= narrow.size()) {
@@ -46,6 +47,7 @@ void OutputDebugStringW(LPCWSTR text) {
 }
 
 int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type) {
+    const win32::detail::CInside inside;
     using win32::detail::utf8;
     win32::detail::record("MessageBoxW", win32::detail::pointerText(owner) + ", " + utf8(text) +
                                              ", " + utf8(caption) + ", " + std::to_string(type));

@@ -66,6 +66,12 @@ void injectResults(std::string_view name, std::initializer_list<std::int64_t> re
 // As above, for every call from now on, after the listed ones are used up.
 void injectAlways(std::string_view name, std::int64_t result);
 void clearInjected();
+// How many of the listed answers of the function have not been given yet.
+std::size_t unusedResults(std::string_view name);
+
+// Whether the calling thread is inside a function of the subset that may allocate with
+// new, as no function of Windows does.
+bool isInsideCall() noexcept;
 
 // Runs `work` inside every further call of `name`, on the calling thread, when the
 // call is in the log and before it acts: holds a thread at a chosen place. An empty

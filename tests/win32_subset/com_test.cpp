@@ -88,3 +88,11 @@ TEST_F(Com, InjectedExhaustionGivesNull) {
     EXPECT_EQ(nullptr, CoTaskMemAlloc(16));
     EXPECT_EQ(nullptr, SysAllocString(L"text"));
 }
+
+TEST_F(Com, InjectedResultsThatNobodyAskedForAreCounted) {
+    win32::injectResults("CoTaskMemAlloc", {0, 0, 0});
+    EXPECT_EQ(3u, win32::unusedResults("CoTaskMemAlloc"));
+    EXPECT_EQ(nullptr, CoTaskMemAlloc(16));
+    EXPECT_EQ(2u, win32::unusedResults("CoTaskMemAlloc"));
+    EXPECT_EQ(0u, win32::unusedResults("SysAllocString"));
+}

@@ -46,4 +46,15 @@ TEST(InsideCalls, EndsWithAnEmptyFunctionAndWithAReset) {
     EXPECT_EQ(runs, 0);
 }
 
+TEST(InsideCalls, AreToldApartFromTheCodeAroundThem) {
+    win32::reset();
+    bool inside = false;
+    win32::runInside("OutputDebugStringW", [&] { inside = win32::isInsideCall(); });
+    EXPECT_FALSE(win32::isInsideCall());
+    OutputDebugStringW(L"seen");
+    EXPECT_TRUE(inside);
+    EXPECT_FALSE(win32::isInsideCall());
+    win32::reset();
+}
+
 }  // namespace

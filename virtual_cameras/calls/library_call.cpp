@@ -3,6 +3,7 @@
 
 #include <array>
 #include <charconv>
+#include <stdexcept>
 
 #include "platform/text.h"
 
@@ -53,10 +54,31 @@ std::string resultCodeText(HRESULT code) {
     return "0x" + std::string(8 - digits.size(), '0') + digits;
 }
 
-void CLibraryCall::throwText(char* text) {
-    if (m_recorded) {
-        callLog().add(m_camera, m_operation, m_arguments, "throw " + std::string(text));
+thread_local constinit std::uint32_t CCallDepth::s_depth = 0;
+
+void CLibraryCall::throwIfAsked() {
+    switch (m_fault->kind) {
+        case VIRTUAL_CAMERAS_FAIL_THROW:
+            throwText(m_fault->text);
+        case VIRTUAL_CAMERAS_FAIL_THROW_CODE:
+            recordThrown(resultCodeText(m_fault->code));
+            throw m_fault->code;
+        case VIRTUAL_CAMERAS_FAIL_THROW_STANDARD:
+            recordThrown(m_fault->text);
+            throw std::runtime_error(m_fault->text);
+        default:
+            break;
     }
+}
+
+void CLibraryCall::recordThrown(std::string_view what) {
+    if (m_recorded) {
+        callLog().add(m_camera, m_operation, m_arguments, "throw " + std::string(what));
+    }
+}
+
+void CLibraryCall::throwText(char* text) {
+    recordThrown(text);
     // As the library's users catch it.
     throw text;  // NOLINT(misc-throw-by-value-catch-by-reference,cert-err09-cpp,cert-err61-cpp)
 }

@@ -31,6 +31,20 @@ std::string textOf(const DShowLib::smart_ptr<DShowLib::dvector<Item>>& list) {
     return list ? textOf(list->size()) : "null";
 }
 
+// The calling thread is inside a call of the library for the length of a scope.
+class CCallDepth {
+public:
+    CCallDepth() noexcept { ++s_depth; }
+    CCallDepth(const CCallDepth&) = delete;
+    CCallDepth& operator=(const CCallDepth&) = delete;
+    ~CCallDepth() { --s_depth; }
+
+    static bool isInside() noexcept { return s_depth != 0; }
+
+private:
+    static thread_local constinit std::uint32_t s_depth;
+};
+
 class CLibraryCall {
 public:
     // `subject` answers cameraName(), asked only when the log is on or a rig watches calls.
@@ -43,8 +57,8 @@ public:
              ...);
         }
         m_fault = faults().next(operation, subject);
-        if (m_fault && m_fault->kind == VIRTUAL_CAMERAS_FAIL_THROW) {
-            throwText(m_fault->text);
+        if (m_fault) {
+            throwIfAsked();
         }
     }
     CLibraryCall(const CLibraryCall&) = delete;
@@ -101,6 +115,10 @@ public:
     [[noreturn]] void throwText(char* text);
 
 private:
+    void throwIfAsked();
+    void recordThrown(std::string_view what);
+
+    CCallDepth m_depth;
     const char* m_operation;
     bool m_recorded;
     std::optional<Fault> m_fault;

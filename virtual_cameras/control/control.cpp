@@ -7,6 +7,7 @@
 #include "platform/text.h"
 #include "virtual_cameras/calls/call_log.h"
 #include "virtual_cameras/calls/faults.h"
+#include "virtual_cameras/calls/library_call.h"
 #include "virtual_cameras/calls/library_state.h"
 #include "virtual_cameras/calls/misuses.h"
 #include "virtual_cameras/control/choices.h"
@@ -133,6 +134,10 @@ void virtualCamerasFailCall(const char* operation, uint32_t nth, uint32_t count,
 
 void virtualCamerasClearFailures(void) {
     faults().clear();
+}
+
+int32_t virtualCamerasIsInsideCall(void) {
+    return CCallDepth::isInside() ? 1 : 0;
 }
 
 void virtualCamerasRecordCalls(int32_t on) {

@@ -2,6 +2,7 @@
 #include "virtual_cameras/live/frame_delivery.h"
 
 #include "virtual_cameras/calls/faults.h"
+#include "virtual_cameras/calls/misuses.h"
 
 namespace virtual_cameras {
 
@@ -86,8 +87,14 @@ bool CFrameDelivery::carryOut(const Frame& frame) {
         tellFrameDropped(m_listeners, frame.news, frame.entry->handle);
         return false;
     }
-    tellFrameReady(m_listeners, frame.news, frame.entry->handle, frame.entry->buffer->index,
-                   frame.overlay);
+    try {
+        tellFrameReady(m_listeners, frame.news, frame.entry->handle, frame.entry->buffer->index,
+                       frame.overlay);
+    } catch (...) {
+        // What the library itself threw in a call of the listener's comes back here too.
+        countMisuse("a listener threw");
+        return false;
+    }
     return true;
 }
 

@@ -2,6 +2,7 @@
 #include "virtual_cameras/live/sink.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "virtual_cameras/calls/library_call.h"
 #include "virtual_cameras/calls/library_state.h"
@@ -138,9 +139,10 @@ smart_ptr<FrameHandlerSink> FrameHandlerSink::create(const tCreateData& data) {
     if (call.fails()) {
         return call.returnsAs("null", smart_ptr<FrameHandlerSink>());
     }
-    auto* inside = new Implementation;
+    auto inside = std::make_unique<Implementation>();
     inside->data = data;
-    return call.returnsAs("sink", smart_ptr<FrameHandlerSink>(new FrameHandlerSink(inside)));
+    return call.returnsAs("sink",
+                          smart_ptr<FrameHandlerSink>(new FrameHandlerSink(inside.release())));
 }
 
 void FrameHandlerSink::setSnapMode(bool snap) {
