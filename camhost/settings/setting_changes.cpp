@@ -132,10 +132,12 @@ void CSettingChanges::applyText(const std::string& key, const std::string& text)
 }
 
 void CSettingChanges::putBack() {
-    const std::vector<Change> made = m_changes;
-    for (auto change = made.rbegin(); change != made.rend(); ++change) {
-        if (change->kind == ChangeKind::Done) {
-            putBack(*change);
+    // The last first; putting back is noted as a change too.
+    std::vector<Change> made = m_changes;
+    std::reverse(made.begin(), made.end());
+    for (const Change& change : made) {
+        if (change.kind == ChangeKind::Done) {
+            putBack(change);
         }
     }
 }

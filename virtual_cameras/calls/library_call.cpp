@@ -77,6 +77,7 @@ void CLibraryCall::recordThrown(std::string_view what) {
     }
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter)
 void CLibraryCall::throwText(char* text) {
     recordThrown(text);
     // As the library's users catch it.

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <memory>
 #include <string_view>
+#include <tuple>
 
 #if defined(_WIN32)
 #include "platform/text.h"
@@ -22,7 +23,7 @@ namespace virtual_cameras {
 namespace {
 
 struct CloseFile {
-    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+    void operator()(std::FILE* file) const noexcept { std::ignore = std::fclose(file); }
 };
 
 #if defined(_WIN32)

@@ -94,7 +94,7 @@ double rateOf(const toml::node& node) {
 }
 
 std::string operationOf(const toml::node& node, std::string_view what) {
-    const std::string text = textOf(node, what);
+    std::string text = textOf(node, what);
     std::string hint;
     for (const std::string_view operation : operations) {
         if (operation == text) {
@@ -220,6 +220,7 @@ RigAction readTrigger(const EventPlace& place) {
 template <class Entry>
 std::vector<std::string_view> namesOf(const std::vector<Entry>& entries) {
     std::vector<std::string_view> names;
+    names.reserve(entries.size());
     for (const Entry& entry : entries) {
         names.push_back(entry.name);
     }
