@@ -150,7 +150,8 @@ public:
         }
     }
     dvector(dvector&& other) noexcept { swap(other); }
-    dvector& operator=(dvector other) noexcept {
+    dvector& operator=(const dvector& other) { return *this = dvector(other); }
+    dvector& operator=(dvector&& other) noexcept {
         swap(other);
         return *this;
     }
