@@ -38,7 +38,7 @@ std::int64_t threadsSince(std::int64_t before) {
         std::this_thread::yield();
         now = threads();
     }
-    return now - before;
+    return std::max<std::int64_t>(now - before, 0);
 }
 
 std::uint32_t misuses(std::string& last) {
