@@ -150,7 +150,10 @@ public:
         }
     }
     dvector(dvector&& other) noexcept { swap(other); }
-    dvector& operator=(const dvector& other) { return *this = dvector(other); }
+    dvector& operator=(const dvector& other) {
+        *this = dvector(other);
+        return *this;
+    }
     dvector& operator=(dvector&& other) noexcept {
         swap(other);
         return *this;

@@ -29,7 +29,10 @@ public:
     dstring(const dstring& other) : dstring(other.m_text, other.m_size) {}
     dstring(dstring&& other) noexcept
         : m_text(std::exchange(other.m_text, nullptr)), m_size(std::exchange(other.m_size, 0)) {}
-    dstring& operator=(const dstring& other) { return *this = dstring(other); }
+    dstring& operator=(const dstring& other) {
+        *this = dstring(other);
+        return *this;
+    }
     dstring& operator=(dstring&& other) noexcept {
         std::swap(m_text, other.m_text);
         std::swap(m_size, other.m_size);
