@@ -151,7 +151,8 @@ public:
     }
     dvector(dvector&& other) noexcept { swap(other); }
     dvector& operator=(const dvector& other) {
-        *this = dvector(other);
+        dvector copy(other);
+        swap(copy);
         return *this;
     }
     dvector& operator=(dvector&& other) noexcept {
