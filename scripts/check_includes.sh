@@ -33,7 +33,8 @@ camhost/camera: include/velmora camhost/base
 camhost/settings: include/velmora camhost/base camhost/camera
 camhost/pictures: include/velmora camhost/base
 camhost/grab: include/velmora camhost/base camhost/camera camhost/pictures
-camhost/commands: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab
+camhost/check: include/velmora camhost/base camhost/camera camhost/settings
+camhost/commands: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab camhost/check
 camhost/application: camhost/base camhost/camera camhost/commands
 camhost/win32: camhost/base camhost/application
 cmake/msvc_abi:

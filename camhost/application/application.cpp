@@ -89,6 +89,7 @@ ExitCode runCommand(CCommand& command, const GlobalOptions& options, CSystem& sy
     explainNoCameras(cameras, system);
     CommandContext context{system, report, cameras};
     context.dialogs = options.dialogs;
+    context.wantedCamera = options.camera;
     if (command.needsCamera()) {
         chooseCamera(context, options);
     }

@@ -22,6 +22,7 @@ constexpr std::unique_ptr<CCommand> (*rows[])() = {
     makeCommand<class CSaveCommand>,      //
     makeCommand<class CLoadCommand>,      //
     makeCommand<class CGrabCommand>,      //
+    makeCommand<class CCheckCommand>,     //
 };
 
 Commands allCommands() {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,12 @@ namespace camhost {
 struct Dialog {
     std::string caption;
     std::string text;
+};
+
+// What a process holds of the system.
+struct ProcessResources {
+    std::uint32_t handles = 0;
+    std::uint32_t threads = 0;
 };
 
 class CSystem {
@@ -38,6 +45,9 @@ public:
     // From now on, windows that ask the user something are read and closed.
     virtual void guardDialogs(bool on) = 0;
     virtual std::vector<Dialog> dialogsClosed() = 0;
+
+    // Of this process, as they are now; nothing where the system does not tell.
+    virtual std::optional<ProcessResources> resources() = 0;
 
     virtual double seconds() = 0;  // counts up from anywhere
     // Returns early when interrupted.

@@ -120,7 +120,7 @@ CJson identityJson(const CRecordChannel& camera) {
     return identity;
 }
 
-CCameras::CCameras(GetVideoChannelEntry getVideoChannel) {
+CCameras::CCameras(GetVideoChannelEntry getVideoChannel) : m_getVideoChannel(getVideoChannel) {
     for (std::int32_t index = 0; index < mostCameras; ++index) {
         VideoChannelRecord record{};
         const std::int32_t result = callAdapter(

@@ -23,6 +23,7 @@ public:
     ~CCameras();
 
     const std::vector<std::unique_ptr<CRecordChannel>>& all() const { return m_channels; }
+    GetVideoChannelEntry entry() const { return m_getVideoChannel; }
 
     // By "#index", serial, whole name, or a part of exactly one name, without
     // regard to case; empty when there is only one camera. Throws a Failure
@@ -33,6 +34,7 @@ public:
     void close();
 
 private:
+    GetVideoChannelEntry m_getVideoChannel;
     std::vector<std::unique_ptr<CRecordChannel>> m_channels;
 };
 

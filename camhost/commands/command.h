@@ -20,6 +20,8 @@ struct CommandContext {
     CReport& report;
     CCameras& cameras;
     CRecordChannel* camera = nullptr;  // null for commands that need none
+    // As named on the line, for commands that need none; empty for none.
+    std::string wantedCamera{};
     // What a pasted command line for the same camera starts with.
     std::string hintPrefix{};
     bool dialogs = false;  // message boxes are left to the user

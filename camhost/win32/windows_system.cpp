@@ -2,6 +2,7 @@
 #include "camhost/win32/windows_system.h"
 
 #include <io.h>
+#include <tlhelp32.h>
 
 #include <atomic>
 #include <chrono>
@@ -140,6 +141,26 @@ void CWindowsSystem::guardDialogs(bool on) {
 
 std::vector<Dialog> CWindowsSystem::dialogsClosed() {
     return m_dialogs;
+}
+
+std::optional<ProcessResources> CWindowsSystem::resources() {
+    DWORD handles = 0;
+    if (GetProcessHandleCount(GetCurrentProcess(), &handles) == FALSE) {
+        return std::nullopt;
+    }
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    if (snapshot == INVALID_HANDLE_VALUE) {
+        return std::nullopt;
+    }
+    std::uint32_t threads = 0;
+    THREADENTRY32 entry{};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Thread32First(snapshot, &entry); more != FALSE;
+         more = Thread32Next(snapshot, &entry)) {
+        threads += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1U : 0U;
+    }
+    CloseHandle(snapshot);
+    return ProcessResources{handles, threads};
 }
 
 double CWindowsSystem::seconds() {

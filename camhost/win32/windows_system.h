@@ -23,6 +23,7 @@ public:
     std::string rigMistake() const override;
     void guardDialogs(bool on) override;
     std::vector<Dialog> dialogsClosed() override;
+    std::optional<ProcessResources> resources() override;
     double seconds() override;
     void sleep(std::uint32_t milliseconds) override;
     bool interrupted() override;

@@ -310,6 +310,15 @@ TEST(Camhost, LoadedSettingsArriveInTheCamera) {
               "exposure value abs: 0.033300 -> 0.010000\nexposure auto switch: false -> true\n");
 }
 
+TEST(Camhost, TheAdapterPassesTheCheck) {
+    const Outcome outcome = standard({"--clock", "fast", "check"});
+    EXPECT_EQ(outcome.exit, 0) << outcome.out;
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out, HasSubstr("camera 1A2B \"SIM Mono 23\"\nRecord:\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("starts and stops leave no handles: OK\n"));
+    EXPECT_THAT(outcome.out, HasSubstr(", Failed: 0\n"));
+}
+
 TEST(Camhost, GrabWritesPngFilesThatTellWhatTheyHold) {
     const Outcome outcome = grabFrom("1A2B", {"-n", "2", "-o", "shot_%02d.png"});
     EXPECT_EQ(outcome.exit, 0);

@@ -63,6 +63,7 @@ public:
     std::string rigMistake() const override { return mistake; }
     void guardDialogs(bool on) override { guarded.push_back(on); }
     std::vector<Dialog> dialogsClosed() override { return dialogs; }
+    std::optional<ProcessResources> resources() override { return held; }
     double seconds() override { return time; }
     void sleep(std::uint32_t milliseconds) override { time += milliseconds / 1000.0; }
     bool interrupted() override { return interruptAfter >= 0.0 && time >= interruptAfter; }
@@ -73,6 +74,7 @@ public:
     std::map<std::string, std::string> variables;
     std::vector<Dialog> dialogs;
     std::vector<bool> guarded;
+    ProcessResources held;
     bool captureLibrary = true;
     std::string mistake;  // of a rig
     bool terminal = false;
