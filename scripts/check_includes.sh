@@ -21,7 +21,7 @@ adapter: include/velmora platform capture properties acquisition
 virtual_cameras:
 virtual_cameras/files: platform
 virtual_cameras/scenes: virtual_cameras/files
-virtual_cameras/rig: platform capture/library virtual_cameras/files virtual_cameras/scenes
+virtual_cameras/rig: platform capture/library virtual_cameras virtual_cameras/files virtual_cameras/scenes
 virtual_cameras/calls: platform capture/library virtual_cameras
 virtual_cameras/events: platform capture/library virtual_cameras/scenes virtual_cameras/rig
 virtual_cameras/properties: platform capture/library virtual_cameras/scenes virtual_cameras/rig virtual_cameras/calls

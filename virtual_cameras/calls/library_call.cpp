@@ -1,25 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "virtual_cameras/calls/library_call.h"
 
-#include <array>
-#include <charconv>
 #include <stdexcept>
 
 #include "platform/text.h"
+#include "virtual_cameras/number_text.h"
 
 namespace virtual_cameras {
-
-namespace {
-
-template <class Number>
-std::string numberText(Number number) {
-    constexpr std::size_t longest = 400;
-    std::array<char, longest> text;
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-    return std::string(text.data(), end);
-}
-
-}  // namespace
 
 std::string textOf(bool value) {
     return value ? "true" : "false";

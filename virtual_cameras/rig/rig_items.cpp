@@ -2,13 +2,12 @@
 #include "virtual_cameras/rig/rig_items.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "capture/library/property_ids.h"
+#include "virtual_cameras/number_text.h"
 #include "virtual_cameras/rig/identifiers.h"
 
 namespace virtual_cameras {
@@ -45,15 +44,6 @@ GUID identifierOr(const toml::node* node, const GUID& otherwise) {
                "an identifier is written \"{00000000-0000-0000-0000-000000000000}\"");
     }
     return *identifier;
-}
-
-// No stream: those follow the locale of the process.
-template <class Number>
-std::string numberText(Number number) {
-    constexpr std::size_t longest = 400;
-    std::array<char, longest> text;
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-    return std::string(text.data(), end);
 }
 
 // Limits may be reversed. Where they are one, a camera may report any value beside them.
