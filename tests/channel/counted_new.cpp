@@ -5,13 +5,7 @@
 #include <cstdlib>
 #include <new>
 
-#if defined(__has_feature)
-#if __has_feature(thread_sanitizer) || __has_feature(address_sanitizer)
-#define HAS_NEW_OF_A_SANITIZER
-#endif
-#elif defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-#define HAS_NEW_OF_A_SANITIZER
-#endif
+#include "tests/support/sanitizers.h"
 
 #ifdef HAS_NEW_OF_A_SANITIZER
 

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "tests/soak/blocks.h"
+#include "tests/support/sanitizers.h"
 #include "tests/win32/win32_log.h"
 #include "virtual_cameras/control.h"
 
@@ -21,14 +22,7 @@ struct Row {
 };
 
 // The sanitizers keep what was freed for a while.
-#if defined(__has_feature)
-#if __has_feature(thread_sanitizer) || __has_feature(address_sanitizer)
-#define FREES_LATE
-#endif
-#elif defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-#define FREES_LATE
-#endif
-#ifdef FREES_LATE
+#ifdef HAS_NEW_OF_A_SANITIZER
 constexpr std::int64_t residentTolerance = 1024 * 1024;
 #else
 constexpr std::int64_t residentTolerance = 1024;
