@@ -2,9 +2,7 @@
 // The copy kernels against the limits of the machine and against other people's.
 #include "acquisition/frame_copy.h"
 
-#include <cstdio>
 #include <cstring>
-#include <exception>
 #include <functional>
 #include <memory>
 #include <new>
@@ -239,10 +237,7 @@ private:
 constexpr Size cameraSizes[] = {{640, 480}, {1280, 960}, {2592, 1944}, {4096, 3000}};
 constexpr Size smokeSizes[] = {{160, 120}, {161, 121}};
 
-}  // namespace
-
-int main(int count, char** arguments) try {
-    const bench::Options options = bench::readOptions(count, arguments);
+void run(const bench::Options& options) {
     CFrameCopyBench bench(options);
     const std::span<const Size> sizes =
         options.smoke ? std::span<const Size>(smokeSizes) : cameraSizes;
@@ -251,8 +246,10 @@ int main(int count, char** arguments) try {
         bench.run(size, 5);
     }
     bench.finish(options.jsonFile);
-    return 0;
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "frame_copy_bench: %s\n", error.what());
-    return 1;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    return bench::runBenchmark("frame_copy_bench", count, arguments, &run);
 }

@@ -2,6 +2,7 @@
 #include "bench/results.h"
 
 #include <cstdio>
+#include <exception>
 #include <fstream>
 #include <stdexcept>
 #include <string_view>
@@ -114,6 +115,8 @@ Effort Options::effort() const {
     return smoke ? Effort{1, 0.0, 1} : Effort{};
 }
 
+namespace {
+
 Options readOptions(int count, char** arguments) {
     Options options;
     for (int i = 1; i < count; ++i) {
@@ -128,6 +131,16 @@ Options readOptions(int count, char** arguments) {
         }
     }
     return options;
+}
+
+}  // namespace
+
+int runBenchmark(const char* name, int count, char** arguments, void (*run)(const Options&)) try {
+    run(readOptions(count, arguments));
+    return 0;
+} catch (const std::exception& error) {
+    std::fprintf(stderr, "%s: %s\n", name, error.what());
+    return 1;
 }
 
 }  // namespace bench

@@ -51,6 +51,7 @@ struct Options {
     Effort effort() const;
 };
 
-Options readOptions(int count, char** arguments);
+// The main program of NAME_bench: 0, or 1 with what was thrown on the error output.
+int runBenchmark(const char* name, int count, char** arguments, void (*run)(const Options&));
 
 }  // namespace bench

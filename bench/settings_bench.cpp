@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Settings by text, as a host reads and writes them, and the listing of their names.
-#include <cstdio>
-#include <exception>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "bench/adapter_host.h"
 #include "bench/harness.h"
+#include "bench/load_rig.h"
 #include "bench/peers/settings_peer.h"
 #include "bench/results.h"
-#include "virtual_cameras/control.h"
-#if defined(_WIN32)
 #include "bench/win32/adapter_module.h"
+#if defined(_WIN32)
 #else
 #include "platform/windows.h"
 
@@ -92,10 +89,7 @@ void loadRig(const std::vector<std::int32_t>& items) {
         const std::string text = one.text(serial++);
         rig += rig.empty() ? text : text.substr(text.find('\n') + 1);
     }
-    char message[256] = "";
-    if (virtualCamerasLoadRig(rig.c_str(), message, sizeof(message)) != 0) {
-        throw std::runtime_error(std::string("the rig is wrong: ") + message);
-    }
+    bench::loadRig(rig);
 }
 
 void run(const bench::Options& options) {
@@ -105,8 +99,13 @@ void run(const bench::Options& options) {
     if (!peer) {
         results.addAbsent("Aravis settings", whyNot);
     }
-    loadRig(options.smoke ? std::vector<std::int32_t>{13, 20}
-                          : std::vector<std::int32_t>{13, 133, 400});
+    const std::vector<std::int32_t> items =
+        options.smoke ? std::vector<std::int32_t>{13, 20} : std::vector<std::int32_t>{13, 133, 400};
+    const double begin = bench::now();
+    loadRig(items);
+    // A start under virtual cameras has this in it.
+    results.addValue("Virtual cameras", std::to_string(items.size()) + " cameras", "rig read",
+                     (bench::now() - begin) * 1e3, "ms");
 #if defined(_WIN32)
     bench::CAdapterModule adapter;
     std::vector<CCamera> cameras = bench::openCameras(adapter.entry());
@@ -127,10 +126,6 @@ void run(const bench::Options& options) {
 
 }  // namespace
 
-int main(int count, char** arguments) try {
-    run(bench::readOptions(count, arguments));
-    return 0;
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "settings_bench: %s\n", error.what());
-    return 1;
+int main(int count, char** arguments) {
+    return bench::runBenchmark("settings_bench", count, arguments, &run);
 }

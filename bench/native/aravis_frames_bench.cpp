@@ -3,8 +3,6 @@
 // what bench/win32/frames_bench.cpp measures of the adapter.
 #include <ctime>
 
-#include <cstdio>
-#include <exception>
 #include <string>
 #include <vector>
 
@@ -65,10 +63,6 @@ void run(const bench::Options& options) {
 
 }  // namespace
 
-int main(int count, char** arguments) try {
-    run(bench::readOptions(count, arguments));
-    return 0;
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "aravis_frames_bench: %s\n", error.what());
-    return 1;
+int main(int count, char** arguments) {
+    return bench::runBenchmark("aravis_frames_bench", count, arguments, &run);
 }

@@ -2,11 +2,8 @@
 // Frames through the adapter's file, from the virtual camera to the host's memory: how
 // many a second, and what they cost the host's thread; one camera, and four at once.
 #include <algorithm>
-#include <cstdio>
-#include <exception>
 #include <mutex>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -15,10 +12,10 @@
 #include "acquisition/frame_copy.h"
 #include "bench/adapter_host.h"
 #include "bench/harness.h"
+#include "bench/load_rig.h"
 #include "bench/results.h"
 #include "bench/win32/adapter_module.h"
 #include "platform/windows.h"
-#include "virtual_cameras/control.h"
 
 namespace {
 
@@ -179,10 +176,7 @@ void run(const bench::Options& options) {
         options.smoke ? std::span<const Size>(smokeSizes) : cameraSizes;
     const double seconds = options.smoke ? 0.01 : 1.0;
     bench::CResults results("frames", !options.smoke);
-    char message[256] = "";
-    if (virtualCamerasLoadRig(rigOf(sizes).c_str(), message, sizeof(message)) != 0) {
-        throw std::runtime_error(message);
-    }
+    bench::loadRig(rigOf(sizes));
     const bench::CAdapterModule adapter;
     std::vector<bench::CCamera> cameras = bench::openCameras(adapter.entry());
     for (const Road& road : roads) {
@@ -205,10 +199,6 @@ void run(const bench::Options& options) {
 
 }  // namespace
 
-int main(int count, char** arguments) try {
-    run(bench::readOptions(count, arguments));
-    return 0;
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "frames_bench: %s\n", error.what());
-    return 1;
+int main(int count, char** arguments) {
+    return bench::runBenchmark("frames_bench", count, arguments, &run);
 }

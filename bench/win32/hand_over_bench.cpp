@@ -5,10 +5,7 @@
 #include <intrin.h>
 
 #include <atomic>
-#include <cstdio>
 #include <cstring>
-#include <exception>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,10 +13,10 @@
 #include "acquisition/frame_copy.h"
 #include "bench/adapter_host.h"
 #include "bench/harness.h"
+#include "bench/load_rig.h"
 #include "bench/results.h"
 #include "bench/win32/adapter_module.h"
 #include "platform/windows.h"
-#include "virtual_cameras/control.h"
 
 namespace {
 
@@ -70,9 +67,10 @@ public:
     }
     std::uint64_t wait() {
         ::WaitForSingleObject(m_event, 1000);
-        const std::uint64_t woken = __rdtsc();
+        // A wait for a frame returns with the event reset as well, which is a call to
+        // Wine's server.
         ::ResetEvent(m_event);
-        return woken - taken;
+        return __rdtsc() - taken;
     }
 
 private:
@@ -143,10 +141,7 @@ void textCosts(bench::CResults& results, const bench::Effort& effort) {
 void run(const bench::Options& options) {
     bench::CResults results("hand_over", !options.smoke);
     const bench::Rig rig = {.cameras = 1, .items = 1, .format = "Y800 (64x64)", .rate = 250};
-    char message[256] = "";
-    if (virtualCamerasLoadRig(rig.text().c_str(), message, sizeof(message)) != 0) {
-        throw std::runtime_error(message);
-    }
+    bench::loadRig(rig.text());
     textCosts(results, options.effort());
     const bench::CAdapterModule adapter;
     bench::CCamera camera = bench::openCameras(adapter.entry()).front();
@@ -177,10 +172,6 @@ void run(const bench::Options& options) {
 
 }  // namespace
 
-int main(int count, char** arguments) try {
-    run(bench::readOptions(count, arguments));
-    return 0;
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "hand_over_bench: %s\n", error.what());
-    return 1;
+int main(int count, char** arguments) {
+    return bench::runBenchmark("hand_over_bench", count, arguments, &run);
 }
