@@ -152,7 +152,12 @@ void numbersAreReadAsFar(CCheck& check) {
         const std::string text = textOf(KeyKind::Range, each.most);
         check.expectAnswer(check.host().set(each.key, text + "abc"), {}, "\"" + each.key + "\"");
         const std::string now = check.value(each.key).value_or("not there");
-        check.expect(now == text, "\"" + each.key + "\" set to " + text + "abc is " + now);
+        check.expect(now == text, std::string("\"")
+                                      .append(each.key)
+                                      .append("\" set to ")
+                                      .append(text)
+                                      .append("abc is ")
+                                      .append(now));
     }
 }
 
@@ -206,7 +211,12 @@ void isSetTo(CCheck& check, const char* typed, const std::string& read) {
     for (const std::string& key : settableSettings(check, kind)) {
         check.expectAnswer(check.host().set(key, typed), {}, "\"" + key + "\" set to " + typed);
         const std::string now = check.value(key).value_or("not there");
-        check.expect(now == read, "\"" + key + "\" set to \"" + typed + "\" is " + now);
+        check.expect(now == read, std::string("\"")
+                                      .append(key)
+                                      .append("\" set to \"")
+                                      .append(typed)
+                                      .append("\" is ")
+                                      .append(now));
     }
 }
 
