@@ -143,6 +143,9 @@ VIRTUAL_CAMERAS_API int32_t virtualCamerasReadProperty(const char* camera, const
 
 /* Property pages shown since the reset, and buttons pushed. */
 VIRTUAL_CAMERAS_API uint32_t virtualCamerasPagesShown(void);
+/* What a host does while a page is open, which pumps its messages: called in each page
+ * until the reset, on the thread that shows it. Null for nothing. */
+VIRTUAL_CAMERAS_API void virtualCamerasInPage(void (*work)(void* context), void* context);
 VIRTUAL_CAMERAS_API uint32_t virtualCamerasButtonPushes(const char* camera, const char* item);
 
 #ifdef __cplusplus

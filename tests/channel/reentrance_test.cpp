@@ -37,6 +37,37 @@ TEST_F(Reentrance, AChannelClosedInsideItsOwnCallLivesUntilThatCallLeaves) {
     EXPECT_EQ(library_log::operations().back(), "ExitLibrary");
 }
 
+TEST_F(Reentrance, AChannelClosedInsideItsPropertyPageLivesUntilThePageIsGone) {
+    const VideoChannelRecord record = openRecord();
+    virtualCamerasInPage(
+        [](void* context) {
+            const auto& inPage = *static_cast<const VideoChannelRecord*>(context);
+            EXPECT_EQ(inPage.CloseChannel(nullptr, inPage.context), 0);
+            EXPECT_EQ(inPage.StopAcquisition(nullptr, inPage.context), 1) << "a dead context";
+            EXPECT_EQ(alive().grabbers, 1U);
+            EXPECT_EQ(library_log::count("ExitLibrary"), 0U);
+        },
+        const_cast<VideoChannelRecord*>(&record));
+    recordAll();
+    EXPECT_EQ(record.ExecuteCommand(nullptr, record.context, "propertydialog"), 0);
+    EXPECT_EQ(virtualCamerasPagesShown(), 1U);
+    EXPECT_EQ(alive().grabbers, 0U);
+    EXPECT_EQ(library_log::count("ExitLibrary"), 1U);
+    EXPECT_EQ(library_log::operations().back(), "ExitLibrary");
+}
+
+TEST_F(Reentrance, AskingForCamerasInsideAPropertyPageIsAnswered) {
+    const VideoChannelRecord record = openRecord();
+    VideoChannelRecord asked{};
+    virtualCamerasInPage(
+        [](void* context) {
+            EXPECT_EQ(GetVideoChannel(nullptr, 0, static_cast<VideoChannelRecord*>(context)), 0);
+        },
+        &asked);
+    EXPECT_EQ(record.ExecuteCommand(nullptr, record.context, "propertydialog"), 0);
+    EXPECT_EQ(asked.context, record.context);
+}
+
 TEST_F(Reentrance, AChannelClosedInsideItsOwnCallIsUnlistedAtOnce) {
     loadRig(rigs::grey() + rigs::color());
     const VideoChannelRecord first = openRecord(0);

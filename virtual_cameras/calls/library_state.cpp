@@ -27,4 +27,9 @@ std::atomic<std::uint32_t>& pagesShown() noexcept {
     return pages;
 }
 
+PageWork& pageWork(const CWorldLock& /*world*/) noexcept {
+    static PageWork work;
+    return work;
+}
+
 }  // namespace virtual_cameras

@@ -5,6 +5,8 @@
 #include <atomic>
 #include <cstdint>
 
+#include "virtual_cameras/calls/world_lock.h"
+
 namespace virtual_cameras {
 
 // Between InitLibrary and ExitLibrary.
@@ -22,7 +24,12 @@ struct AliveCounts {
 };
 AliveCounts& alive() noexcept;
 
-// Property pages shown since the reset.
+// Property pages shown since the reset, and what a host does in them: under the lock.
 std::atomic<std::uint32_t>& pagesShown() noexcept;
+struct PageWork {
+    void (*work)(void* context) = nullptr;
+    void* context = nullptr;
+};
+PageWork& pageWork(const CWorldLock& world) noexcept;
 
 }  // namespace virtual_cameras

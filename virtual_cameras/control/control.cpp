@@ -62,6 +62,7 @@ void virtualCamerasReset(void) {
     {
         CWorldLock world;
         forgetChoices(world);
+        pageWork(world) = {};
     }
     pagesShown().store(0, std::memory_order_relaxed);
     setLibraryReady(false);
@@ -223,6 +224,11 @@ int32_t virtualCamerasReadProperty(const char* camera, const char* item, const c
 
 uint32_t virtualCamerasPagesShown(void) {
     return pagesShown().load(std::memory_order_relaxed);
+}
+
+void virtualCamerasInPage(void (*work)(void* context), void* context) {
+    const CWorldLock world;
+    pageWork(world) = {work, context};
 }
 
 uint32_t virtualCamerasButtonPushes(const char* camera, const char* item) {

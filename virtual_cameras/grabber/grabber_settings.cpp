@@ -262,17 +262,24 @@ smart_com<IVCDPropertyItems> Grabber::getAvailableVCDProperties() const {
     return call.returnsAs("items", smart_com<IVCDPropertyItems>(&items));
 }
 
-// There is no page to show: it is counted, and closed at once.
+// There is no page to show: it is counted, its host's work done, and closed.
 bool Grabber::showVCDPropertyPage(HWND parent, const dstringa& title) {
     CGrabberCall call("Grabber::showVCDPropertyPage", *m_implementation,
                       parent != nullptr ? "parent" : "null", title.c_str());
-    return call.tries([&](CWorldLock& world) {
-        if (!call.hasDevice(world)) {
-            return false;
-        }
+    bool isShown = false;
+    virtual_cameras::PageWork host;
+    {
+        CWorldLock world;
+        isShown = call.mayGoOn(world) && call.hasDevice(world);
+        host = virtual_cameras::pageWork(world);
+    }
+    if (isShown) {
         virtual_cameras::pagesShown().fetch_add(1, std::memory_order_relaxed);
-        return true;
-    });
+        if (host.work != nullptr) {
+            host.work(host.context);
+        }
+    }
+    return call.returns(isShown);
 }
 
 }  // namespace DShowLib
