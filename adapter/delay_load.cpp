@@ -66,7 +66,7 @@ FARPROC WINAPI bindCall(unsigned notification, PDelayLoadInfo call) {
 extern "C" {
 // Asked by the linker's helper at the first call of each delayed function. Constant with
 // one of the compilers, variable with the other: as its header declares it.
-// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the helper's name.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the helper's name.
 decltype(__pfnDliNotifyHook2) __pfnDliNotifyHook2 = &bindCall;
 }
 

@@ -13,7 +13,7 @@
 
 // Every answer is memory of its own: the road of each block would cost more than the
 // calls that are tried. A finding is run again with the option set.
-// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the sanitizer's name.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's name.
 extern "C" const char* __asan_default_options();
 extern "C" const char* __asan_default_options() {
     return "malloc_context_size=1:quarantine_size_mb=32";

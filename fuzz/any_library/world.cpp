@@ -40,7 +40,7 @@ constexpr std::array<std::int32_t, 4> failures = {E_FAIL, E_ACCESSDENIED, -1, -2
 
 [[noreturn]] void throwOf(Manner manner) {
     static char text[] = "the library says no";
-    // NOLINTBEGIN(cert-err09-cpp,cert-err61-cpp,misc-throw-by-value-catch-by-reference): that is
+    // NOLINTBEGIN(misc-throw-by-value-catch-by-reference): that is
     // how it says so.
     switch (manner) {
         case Manner::throwsText:
@@ -52,7 +52,7 @@ constexpr std::array<std::int32_t, 4> failures = {E_FAIL, E_ACCESSDENIED, -1, -2
         default:
             break;
     }
-    // NOLINTEND(cert-err09-cpp,cert-err61-cpp,misc-throw-by-value-catch-by-reference)
+    // NOLINTEND(misc-throw-by-value-catch-by-reference)
     if (answers().detail() % 2 == 0) {
         throw std::bad_alloc();
     }

@@ -68,7 +68,7 @@ void CLibraryCall::recordThrown(std::string_view what) {
 void CLibraryCall::throwText(char* text) {
     recordThrown(text);
     // As the library's users catch it.
-    throw text;  // NOLINT(misc-throw-by-value-catch-by-reference,cert-err09-cpp,cert-err61-cpp)
+    throw text;  // NOLINT(misc-throw-by-value-catch-by-reference)
 }
 
 }  // namespace virtual_cameras
