@@ -63,10 +63,9 @@ std::size_t exponentLength(std::string_view text, std::size_t position) noexcept
 // Whether a number outside the range of a double is too large rather than too
 // small: where its first significant digit stands, moved by the exponent.
 bool isOverflow(std::string_view mantissa, std::string_view exponent) noexcept {
-    const auto isSignificant = [](char character) { return character >= '1' && character <= '9'; };
-    const auto first = std::find_if(mantissa.begin(), mantissa.end(), isSignificant);
+    const std::size_t first = std::min(mantissa.find_first_of("123456789"), mantissa.size());
     const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
-    const auto magnitude = static_cast<std::int64_t>(point) - (first - mantissa.begin());
+    const auto magnitude = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first);
     return magnitude + (exponent.empty() ? 0 : parseInteger(exponent.substr(1))) > 0;
 }
 

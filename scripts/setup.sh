@@ -15,7 +15,7 @@ test_packages=(
     clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev python3
     clang-tools-14 libc++-14-dev libwine-dev lld-14 llvm-14
 )
-coverage_packages=("${demo_packages[@]}" gcovr)
+coverage_packages=("${demo_packages[@]}" clang-14 libclang-rt-14-dev llvm-14)
 bench_packages=(
     "${demo_packages[@]}"
     gnuplot-nox gstreamer1.0-plugins-bad libaravis-dev libglib2.0-dev libgstreamer1.0-dev

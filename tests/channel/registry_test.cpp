@@ -39,6 +39,13 @@ TEST_F(Registry, FindsItsChannelsAndNothingElse) {
     EXPECT_EQ(registry.enter(channel), nullptr);
 }
 
+TEST_F(Registry, DoesNotEndALibraryThatItNeverStarted) {
+    ChannelRegistry registry;
+    recordAll();
+    registry.close(nullptr);
+    EXPECT_THAT(library_log::lines(), IsEmpty());
+}
+
 TEST_F(Registry, ThrowsOutOfRangeForAPositionWithoutAChannel) {
     const ChannelRegistry registry;
     for (const std::int32_t position : {-1, 0, 1}) {

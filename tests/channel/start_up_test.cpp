@@ -36,6 +36,8 @@ TEST_F(StartUp, SucceedsForEveryReasonAndLooksForThePathOnProcessAttachAlone) {
     EXPECT_EQ(DllMain(nullptr, DLL_THREAD_ATTACH, nullptr), TRUE);
     EXPECT_EQ(DllMain(nullptr, DLL_THREAD_DETACH, nullptr), TRUE);
     EXPECT_EQ(DllMain(nullptr, DLL_PROCESS_DETACH, nullptr), TRUE);
+    int theProcessEnds = 0;
+    EXPECT_EQ(DllMain(nullptr, DLL_PROCESS_DETACH, &theProcessEnds), TRUE);
     EXPECT_EQ(DllMain(nullptr, 77, nullptr), TRUE);
     EXPECT_THAT(win32Calls({}), IsEmpty());
 }
