@@ -96,6 +96,8 @@ TEST_F(LibraryFile, IsNotCalledWhenItLacksAFunction) {
     const FARPROC standIn = adapter.notify(dliStartProcessing);
     ASSERT_NE(standIn, nullptr);
     EXPECT_NE(standIn, &someFunction);
+    // It answers as a library does that will not start.
+    EXPECT_FALSE(reinterpret_cast<bool (*)()>(reinterpret_cast<void (*)()>(standIn))());
 }
 
 }  // namespace
