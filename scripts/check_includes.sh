@@ -34,8 +34,10 @@ camhost/settings: include/velmora camhost/base camhost/camera
 camhost/pictures: include/velmora camhost/base
 camhost/grab: include/velmora camhost/base camhost/camera camhost/pictures
 camhost/check: include/velmora camhost/base camhost/camera camhost/settings
-camhost/commands: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab camhost/check
-camhost/application: camhost/base camhost/camera camhost/commands
+camhost/doctor: include/velmora camhost/base camhost/camera
+camhost/help: camhost/base
+camhost/commands: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab camhost/check camhost/doctor camhost/help
+camhost/application: camhost/base camhost/camera camhost/help camhost/commands
 camhost/win32: camhost/base camhost/application
 cmake/msvc_abi:
 package: include/velmora

@@ -5,6 +5,7 @@
 
 #include "camhost/application/command_line.h"
 #include "camhost/application/command_table.h"
+#include "camhost/application/program_outline.h"
 #include "camhost/base/report.h"
 #include "camhost/base/texts.h"
 #include "camhost/camera/cameras.h"
@@ -98,12 +99,24 @@ ExitCode runCommand(CCommand& command, const GlobalOptions& options, CSystem& sy
     return result;
 }
 
+ExitCode runWithoutAdapter(CCommand& command, const GlobalOptions& options, CSystem& system,
+                           CReport& report) {
+    const ProgramOutline program = programOutline(allCommands());
+    CCameras none;
+    CommandContext context{system, report, none};
+    context.dialogs = options.dialogs;
+    context.wantedAdapter = options.adapter;
+    context.program = &program;
+    return command.run(context);
+}
+
 ExitCode guardedRun(CCommand& command, const GlobalOptions& options, CSystem& system,
                     CReport& report) {
     try {
         chooseVirtualCameras(options, system);
         system.guardDialogs(!options.dialogs);
-        return runCommand(command, options, system, report);
+        return command.needsAdapter() ? runCommand(command, options, system, report)
+                                      : runWithoutAdapter(command, options, system, report);
     } catch (const Failure& failure) {
         report.failure(failure);
         return failure.exit;

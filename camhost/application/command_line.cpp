@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "camhost/application/program_outline.h"
 #include "camhost/base/name_search.h"
 #include "camhost/base/number_texts.h"
 #include "camhost/base/texts.h"
@@ -33,8 +34,18 @@ public:
     void words(const char* name, std::vector<std::string>& values, const char* what) override {
         m_app.add_option(name, values, what)->required()->type_name("");
     }
+    void wordOf(const char* name, std::string& value, const std::vector<std::string>& choices,
+                const char* what) override {
+        m_app.add_option(name, value, what)
+            ->transform(oneOf(choices))
+            ->required()
+            ->type_name(join(choices, "|"));
+    }
     void flag(const char* names, bool& on, const char* what) override {
         m_app.add_flag(names, on, what);
+    }
+    void countedFlag(const char* names, int& times, const char* what) override {
+        m_app.add_flag(names, times, what);
     }
     void text(const char* names, std::string& value, const char* placeholder,
               const char* what) override {
@@ -67,18 +78,6 @@ public:
 private:
     CLI::App& m_app;
 };
-
-void addGlobalOptions(CLI::App& app, GlobalOptions& options) {
-    CLineOptions list(app);
-    list.text("--adapter", options.adapter, "DLL", "the adapter to load");
-    list.text("-c,--camera", options.camera, "CAMERA", "serial, part of the name, or #index");
-    list.text("--rig", options.rig, "NAME|FILE", "which virtual cameras there are");
-    list.choice("--clock", options.clock, {"real", "fast"}, "how virtual cameras deliver frames");
-    list.flag("--json", options.json, "one JSON object instead of text");
-    list.flag("-q,--quiet", options.quiet, "no messages but warnings and errors");
-    app.add_flag("-v,--verbose", options.verbose, "more messages");  // counts
-    list.flag("--dialogs", options.dialogs, "leave the adapter's message boxes open");
-}
 
 void addCommand(CLI::App& app, CCommand& command) {
     const CommandHelp help = command.help();
@@ -114,7 +113,7 @@ void nameUnknownCommand(const CLI::App& app, CommandLine& line) {
 }
 
 void parse(CLI::App& app, const std::vector<std::string>& arguments, CommandLine& line) {
-    constexpr const char* version = "camhost " CAMHOST_VERSION "\n";
+    const std::string version = "camhost " + programFacts().version + "\n";
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
         app.parse(std::move(reversed));
@@ -138,20 +137,30 @@ void parse(CLI::App& app, const std::vector<std::string>& arguments, CommandLine
 
 }  // namespace
 
+void takeGlobalOptions(COptionList& list, GlobalOptions& options) {
+    list.text("--adapter", options.adapter, "DLL", "the adapter to load");
+    list.text("-c,--camera", options.camera, "CAMERA", "serial, part of the name, or #index");
+    list.text("--rig", options.rig, "NAME|FILE", "which virtual cameras there are");
+    list.choice("--clock", options.clock, {"real", "fast"}, "how virtual cameras deliver frames");
+    list.flag("--json", options.json, "one JSON object instead of text");
+    list.flag("-q,--quiet", options.quiet, "no messages but warnings and errors");
+    list.countedFlag("-v,--verbose", options.verbose, "more messages");
+    list.flag("--dialogs", options.dialogs, "leave the adapter's message boxes open");
+}
+
 CommandLine readCommandLine(const std::vector<std::string>& arguments, const Commands& commands) {
     CommandLine line;
-    CLI::App app("Drives cameras through a camera adapter.", "camhost");
+    const ProgramOutline program = programFacts();
+    std::string what = program.what + ".";
+    what.front() = static_cast<char>(what.front() - 'a' + 'A');
+    CLI::App app(what, program.name);
     // On Windows the library takes "/x.json" for an option by default, which is a file.
     app.allow_windows_style_options(false);
     app.require_subcommand(1);
-    app.set_version_flag("--version", CAMHOST_VERSION, "the version of camhost");
-    app.footer(
-        "Exit codes: 0 done, 1 refused, 2 usage, 3 adapter or camera not found, 4 no frame in\n"
-        "time, 5 device lost, 6 done in part, 130 interrupted.\n"
-        "Examples:\n"
-        "  camhost list\n"
-        "  camhost -c 1A2B grab -n 10 -o shot_%02d.png");
-    addGlobalOptions(app, line.options);
+    app.set_version_flag("--version", program.version, versionHelp);
+    app.footer(helpFooter(program));
+    CLineOptions list(app);
+    takeGlobalOptions(list, line.options);
     for (const auto& command : commands) {
         addCommand(app, *command);
     }

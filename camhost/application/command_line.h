@@ -22,6 +22,9 @@ struct GlobalOptions {
     bool dialogs = false;
 };
 
+inline constexpr const char* versionHelp = "the version of camhost";
+void takeGlobalOptions(COptionList& list, GlobalOptions& options);
+
 enum class CommandLineOutcome { Run, Help, Error };
 
 struct CommandLine {

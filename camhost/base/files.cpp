@@ -63,22 +63,41 @@ void writeTextFile(const std::string& name, std::string_view text) {
     writeFile(name, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
 }
 
-std::string readTextFile(const std::string& name) {
+std::string folderOf(const std::string& name) {
+    return name.substr(0, name.size() - nameOf(name).size());
+}
+
+std::string nameOf(const std::string& name) {
+    const auto last = name.find_last_of("\\/");
+    return last == name.npos ? name : name.substr(last + 1);
+}
+
+std::vector<std::uint8_t> readFile(const std::string& name, std::size_t largest) {
+    const auto refuse = [&name](const std::string& reason) {
+        return Failure{.exit = ExitCode::Usage, .code = "file", .message = reason};
+    };
     std::ifstream file(pathOf(name), std::ios::binary);
     if (!file) {
-        throw Failure{
-            .exit = ExitCode::Usage, .code = "file", .message = "can not read \"" + name + "\""};
+        throw refuse("can not read \"" + name + "\"");
     }
-    std::string text(longestTextFile + 1, '\0');
-    file.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(file.gcount()));
-    if (text.size() > longestTextFile) {
-        throw Failure{.exit = ExitCode::Usage,
-                      .code = "file",
-                      .message = "\"" + name + "\" is larger than " +
-                                 std::to_string(longestTextFile) + " bytes"};
+    constexpr std::size_t step = std::size_t{1} << 16U;
+    std::vector<std::uint8_t> bytes;
+    for (std::size_t got = step; got == step;) {
+        const std::size_t start = bytes.size();
+        bytes.resize(start + step);
+        file.read(reinterpret_cast<char*>(bytes.data() + start), step);
+        got = static_cast<std::size_t>(file.gcount());
+        bytes.resize(start + got);
+        if (bytes.size() > largest) {
+            throw refuse("\"" + name + "\" is larger than " + std::to_string(largest) + " bytes");
+        }
     }
-    return text;
+    return bytes;
+}
+
+std::string readTextFile(const std::string& name) {
+    const std::vector<std::uint8_t> bytes = readFile(name, longestTextFile);
+    return {bytes.begin(), bytes.end()};
 }
 
 }  // namespace camhost

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace camhost {
 
@@ -16,6 +17,14 @@ namespace camhost {
 // beside it and then takes its place. Nothing is left behind by a failure.
 void writeFile(const std::string& name, std::span<const std::uint8_t> bytes);
 void writeTextFile(const std::string& name, std::string_view text);
+
+// Refuses a file of more than `largest` bytes.
+std::vector<std::uint8_t> readFile(const std::string& name, std::size_t largest);
+
+// Up to the last separator, and with it; empty for a name alone.
+std::string folderOf(const std::string& name);
+// Behind the last separator.
+std::string nameOf(const std::string& name);
 
 // Whether there is an ordinary file of that name.
 bool isFile(const std::string& name);

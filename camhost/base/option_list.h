@@ -23,7 +23,13 @@ public:
     virtual void word(const char* name, std::string& value, const char* what, Need need) = 0;
     virtual void words(const char* name, std::vector<std::string>& values, const char* what) = 0;
 
+    // One of these words, by its place.
+    virtual void wordOf(const char* name, std::string& value,
+                        const std::vector<std::string>& choices, const char* what) = 0;
+
     virtual void flag(const char* names, bool& on, const char* what) = 0;
+    // Counts how often it is given.
+    virtual void countedFlag(const char* names, int& times, const char* what) = 0;
     virtual void text(const char* names, std::string& value, const char* placeholder,
                       const char* what) = 0;
     // One of these words.

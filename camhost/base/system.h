@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "camhost/base/library_search.h"
 #include "velmora/video_channel_record.h"
 
 namespace camhost {
@@ -38,6 +39,7 @@ public:
     virtual std::string adapterFile() const = 0;
     // Whether the file that the adapter needs at its first call lies beside it.
     virtual bool captureLibraryPresent() const = 0;
+    virtual CLibrarySearch& librarySearch() = 0;
     // What virtual cameras found wrong with their rig; empty for nothing, and for cameras
     // that are not virtual.
     virtual std::string rigMistake() const = 0;

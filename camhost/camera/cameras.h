@@ -17,6 +17,8 @@ CJson identityJson(const CRecordChannel& camera);
 
 class CCameras {
 public:
+    // None, of no adapter.
+    CCameras() = default;
     explicit CCameras(GetVideoChannelEntry getVideoChannel);
     CCameras(const CCameras&) = delete;
     CCameras& operator=(const CCameras&) = delete;
@@ -34,7 +36,7 @@ public:
     void close();
 
 private:
-    GetVideoChannelEntry m_getVideoChannel;
+    GetVideoChannelEntry m_getVideoChannel = nullptr;
     std::vector<std::unique_ptr<CRecordChannel>> m_channels;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// camhost choices: the texts that a setting can be; some only show in what the
-// adapter says when it refuses a value, which is tried on request.
+// camhost choices: the texts that a setting can be. Where the adapter does not list
+// them, some only show in what it says when it refuses a value, which is tried on request.
 #include "camhost/base/texts.h"
 #include "camhost/commands/define_command.h"
 #include "camhost/settings/refusal_texts.h"
@@ -94,6 +94,9 @@ private:
         setting.choices = settings.choices(setting.key);
         const KeyKind kind = keyKind(setting.key);
         const bool canProbe = kind == KeyKind::Strings || kind == KeyKind::FrameRate;
+        if (canProbe && !setting.choices.empty()) {
+            return setting;
+        }
         if (canProbe && !m_probe) {
             context.report.message(setting.key + ": --probe asks the camera by a value it refuses");
         } else if (kind == KeyKind::Strings) {

@@ -12,6 +12,7 @@
 #include "camhost/base/report.h"
 #include "camhost/base/system.h"
 #include "camhost/camera/cameras.h"
+#include "camhost/help/outline.h"
 
 namespace camhost {
 
@@ -25,6 +26,9 @@ struct CommandContext {
     // What a pasted command line for the same camera starts with.
     std::string hintPrefix{};
     bool dialogs = false;  // message boxes are left to the user
+    // For commands that need no adapter; empty and null for others.
+    std::string wantedAdapter{};
+    const ProgramOutline* program = nullptr;
 };
 
 struct CommandHelp {
@@ -44,6 +48,8 @@ public:
     // The variables named here hold what the line says once run() is called.
     virtual void takeOptions(COptionList&) {}
     virtual bool needsCamera() const { return true; }
+    // Without it, nothing is loaded and there are no cameras.
+    virtual bool needsAdapter() const { return true; }
     // Returns how it went; what ends it early is thrown as a Failure.
     virtual ExitCode run(CommandContext& context) = 0;
 };

@@ -3,9 +3,21 @@
 
 #include <algorithm>
 
+#include "camhost/base/number_texts.h"
 #include "camhost/base/texts.h"
 
 namespace camhost {
+
+namespace {
+
+// A rate may be listed with other decimals than it is told with.
+bool isCurrent(const Setting& setting, const std::string& choice) {
+    const auto number = wholeNumber(choice);
+    return sameIgnoringCase(choice, setting.text) ||
+           (setting.type == SettingType::Float && number && number == wholeNumber(setting.text));
+}
+
+}  // namespace
 
 SettingColumns columnsFor(const std::vector<Setting>& settings) {
     SettingColumns columns;
@@ -42,8 +54,7 @@ std::string settingLine(const Setting& setting, const SettingColumns& columns) {
 std::vector<std::string> choiceLines(const Setting& setting) {
     std::vector<std::string> lines;
     for (const std::string& choice : setting.choices) {
-        const bool current = sameIgnoringCase(choice, setting.text);
-        lines.push_back(std::string(current ? "    * " : "      ") + printable(choice));
+        lines.push_back((isCurrent(setting, choice) ? "    * " : "      ") + printable(choice));
     }
     return lines;
 }

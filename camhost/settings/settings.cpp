@@ -133,7 +133,7 @@ void CSettings::readFacts(Setting& setting, bool withChoices) {
         readLimits(setting);
         setting.automatic = activeAutomatic(setting.key).has_value();
     }
-    if (withChoices && setting.type == SettingType::Choice) {
+    if (withChoices && (setting.type == SettingType::Choice || kind == KeyKind::FrameRate)) {
         setting.choices = choices(setting.key);
     }
 }
@@ -185,6 +185,10 @@ std::vector<std::string> CSettings::choices(const std::string& key) {
             return listedIn("videonorms");
         case KeyKind::InputChannel:
             return listedIn("inputchannels");
+        case KeyKind::Strings:
+        case KeyKind::FrameRate:
+            // Whatever type they are said to be of: there are adapters that list them.
+            return m_channel.choices(key);
         default:
             if (m_channel.propertyType(key) == HOST_PROPERTY_CHOICE) {
                 return m_channel.choices(key);

@@ -10,13 +10,13 @@
 #include <cstdlib>
 
 #include "camhost/base/failure.h"
+#include "camhost/base/files.h"
 #include "camhost/win32/wide_text.h"
 
 namespace camhost {
 
 namespace {
 
-constexpr const wchar_t* defaultAdapter = L"velmora_adapter.dll";
 constexpr const wchar_t* captureFile = L"ORV_CAPLB11_x64.dll";
 constexpr const wchar_t* capturePattern = L"ORV_CAPLB11*.dll";
 
@@ -33,36 +33,6 @@ BOOL WINAPI onConsoleSignal(DWORD signal) {
     }
     SetEvent(ctrlCEvent);
     return TRUE;
-}
-
-std::wstring folderOf(const std::wstring& file) {
-    const auto slash = file.find_last_of(L"\\/");
-    return slash == file.npos ? std::wstring() : file.substr(0, slash + 1);
-}
-
-std::wstring moduleFile(HMODULE module) {
-    wchar_t buffer[1024] = L"";
-    const DWORD length = GetModuleFileNameW(module, buffer, 1024);
-    return {buffer, length};
-}
-
-std::wstring fullPath(const std::wstring& file) {
-    wchar_t buffer[1024] = L"";
-    const DWORD length = GetFullPathNameW(file.c_str(), 1024, buffer, nullptr);
-    return length > 0 && length < 1024 ? std::wstring(buffer, length) : file;
-}
-
-std::string loadError(DWORD error) {
-    switch (error) {
-        case ERROR_MOD_NOT_FOUND:
-        case ERROR_FILE_NOT_FOUND:
-        case ERROR_PATH_NOT_FOUND:
-            return "it, or a library that it needs, is not there";
-        case ERROR_BAD_EXE_FORMAT:
-            return "it is no 64-bit library";
-        default:
-            return "error " + std::to_string(error);
-    }
 }
 
 }  // namespace
@@ -84,10 +54,8 @@ void CWindowsSystem::setVariable(const std::string& name, const std::string& val
 }
 
 GetVideoChannelEntry CWindowsSystem::loadAdapter(const std::string& file) {
-    const std::wstring path =
-        fullPath(file.empty() ? folderOf(moduleFile(nullptr)) + defaultAdapter : toWide(file));
-    m_adapterFile = toUtf8(path);
-    const HMODULE module = LoadLibraryW(path.c_str());
+    m_adapterFile = m_librarySearch.adapterPath(file);
+    const HMODULE module = LoadLibraryW(toWide(m_adapterFile).c_str());
     if (module == nullptr) {
         throw Failure{.exit = ExitCode::NotFound,
                       .code = "adapter_not_loaded",
@@ -107,7 +75,7 @@ GetVideoChannelEntry CWindowsSystem::loadAdapter(const std::string& file) {
 
 bool CWindowsSystem::captureLibraryPresent() const {
     WIN32_FIND_DATAW found;
-    const std::wstring pattern = folderOf(toWide(m_adapterFile)) + capturePattern;
+    const std::wstring pattern = toWide(folderOf(m_adapterFile)) + capturePattern;
     const HANDLE search = FindFirstFileW(pattern.c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) {
         return false;

@@ -8,6 +8,7 @@
 
 #include "camhost/base/system.h"
 #include "camhost/win32/dialog_guard.h"
+#include "camhost/win32/windows_library_search.h"
 
 namespace camhost {
 
@@ -20,6 +21,7 @@ public:
     GetVideoChannelEntry loadAdapter(const std::string& file) override;
     std::string adapterFile() const override { return m_adapterFile; }
     bool captureLibraryPresent() const override;
+    CLibrarySearch& librarySearch() override { return m_librarySearch; }
     std::string rigMistake() const override;
     void guardDialogs(bool on) override;
     std::vector<Dialog> dialogsClosed() override;
@@ -31,6 +33,7 @@ public:
     std::string utcDate() override;
 
 private:
+    CWindowsLibrarySearch m_librarySearch;
     std::string m_adapterFile;
     std::unique_ptr<CDialogGuard> m_guard;
     std::vector<Dialog> m_dialogs;  // of guards that have ended

@@ -312,6 +312,25 @@ TEST_F(Application, ChoicesOfTextsAreProbedOnRequestOnly) {
               "framerate: from 3.750000 to 60.000000, now 30.000000\n");
 }
 
+TEST_F(Application, ChoicesThatTheAdapterListsNeedNoProbe) {
+    camera().choices["trigger mode strings"] = {"Edge", "Level"};
+    camera().choices["framerate"] = {"15.0", "30.0"};
+    for (const std::vector<std::string>& line :
+         {std::vector<std::string>{"choices", "trigger mode strings", "framerate"},
+          {"choices", "--probe", "trigger mode strings", "framerate"}}) {
+        const Outcome outcome = camhost(line);
+        EXPECT_EQ(outcome.out,
+                  "trigger mode strings:\n    * Edge\n      Level\n"
+                  "framerate:\n      15.0\n    * 30.0\n");
+        EXPECT_EQ(outcome.err, "");
+    }
+    EXPECT_THAT(camera().log, ElementsAre("close", "close"));
+    EXPECT_THAT(camhost({"--json", "choices", "framerate"}).out,
+                HasSubstr("\"value\":30.0,\"choices\":[\"15.0\",\"30.0\"]"));
+    EXPECT_THAT(camhost({"props", "-L", "framerate"}).out,
+                HasSubstr("value=30.000000\n      15.0\n    * 30.0\n"));
+}
+
 TEST_F(Application, APixelFormatIsNeverProbed) {
     EXPECT_EQ(camhost({"choices", "--probe", "pixelformat"}).exit, 0);
     EXPECT_THAT(camera().log, ElementsAre("close"));

@@ -51,6 +51,28 @@ struct MadeUpCamera {
     bool live = false;
 };
 
+class CMadeUpLibraries : public CLibrarySearch {
+public:
+    std::string adapterPath(const std::string& wanted) const override {
+        return wanted.empty() ? adapter : wanted;
+    }
+    FoundLibrary find(const std::string& name, const std::vector<std::string>&) override {
+        const auto library = found.find(name);
+        return library != found.end() ? library->second
+                                      : FoundLibrary{{}, "it is not there", {}};
+    }
+    std::string loadedFile(const std::string& name) const override {
+        const auto library = loaded.find(name);
+        return library != loaded.end() ? library->second : std::string();
+    }
+    std::vector<SearchFolder> folders() const override { return searched; }
+
+    std::string adapter = "made_up.dll";
+    std::map<std::string, FoundLibrary> found;
+    std::map<std::string, std::string> loaded;
+    std::vector<SearchFolder> searched;
+};
+
 class CMadeUpSystem : public CSystem {
 public:
     CMadeUpSystem();
@@ -60,6 +82,7 @@ public:
     GetVideoChannelEntry loadAdapter(const std::string& file) override;
     std::string adapterFile() const override { return "made_up.dll"; }
     bool captureLibraryPresent() const override { return captureLibrary; }
+    CLibrarySearch& librarySearch() override { return libraries; }
     std::string rigMistake() const override { return mistake; }
     void guardDialogs(bool on) override { guarded.push_back(on); }
     std::vector<Dialog> dialogsClosed() override { return dialogs; }
@@ -70,6 +93,7 @@ public:
     bool messagesOnTerminal() override { return terminal; }
     std::string utcDate() override { return "2024-05-06T07:08:09Z"; }
 
+    CMadeUpLibraries libraries;
     std::vector<MadeUpCamera> cameras;
     std::map<std::string, std::string> variables;
     std::vector<Dialog> dialogs;
