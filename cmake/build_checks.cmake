@@ -44,6 +44,20 @@ if(TARGET velmora_adapter AND NOT MSVC)
         ${PROJECT_SOURCE_DIR}/cmake/check_build_without_cameras.cmake)
 endif()
 
+# Completion and man page of camhost, as approved, in the programs that they are for.
+if(NOT WIN32 AND TARGET camhost_core)
+    set(camhost_golden ${PROJECT_SOURCE_DIR}/tests/golden/camhost)
+    velmora_add_check(Completion.BashCompletesLinesOfCamhost
+                      ${PROJECT_SOURCE_DIR}/tests/completion/completion_test.sh
+                      ${camhost_golden}/completion.bash)
+    find_program(VELMORA_GROFF groff)
+    if(VELMORA_GROFF)
+        velmora_add_check(ManPage.IsReadWithoutWarnings ${CMAKE_COMMAND} -D GROFF=${VELMORA_GROFF} -D
+                          PAGE=${camhost_golden}/camhost.1 -P
+                          ${PROJECT_SOURCE_DIR}/cmake/check_man_page.cmake)
+    endif()
+endif()
+
 # What must not compile, does not; and each case compiles without its bad line.
 if(NOT WIN32)
     file(GLOB cases CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/compile_fail/*.cpp)

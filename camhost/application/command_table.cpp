@@ -23,9 +23,9 @@ constexpr std::unique_ptr<CCommand> (*rows[])() = {
     makeCommand<class CLoadCommand>,      //
     makeCommand<class CGrabCommand>,      //
     makeCommand<class CCheckCommand>,     //
-    makeCommand<class CDoctorCommand>,  //
-    makeCommand<class CCompletionCommand>,  //
-    makeCommand<class CManualCommand>,  //
+    makeCommand<class CDoctorCommand>,    //
+    makeCommand<class CCompleteCommand>,  //
+    makeCommand<class CManualCommand>,    //
 };
 
 Commands allCommands() {

@@ -21,8 +21,9 @@ ProgramOutline programFacts() {
     return {.name = "camhost",
             .version = CAMHOST_VERSION,
             .what = "drives cameras through a camera adapter",
-            .examples = "  camhost list\n"
-                        "  camhost -c 1A2B grab -n 10 -o shot_%02d.png",
+            .examples =
+                "  camhost list\n"
+                "  camhost -c 1A2B grab -n 10 -o shot_%02d.png",
             .options = {},
             .commands = {},
             .exitCodes = {{0, "done"},

@@ -33,12 +33,6 @@ public:
     std::ostream& giveOutput();
 
     void line(std::string_view text);     // a result; not with JSON
-    // Lines, each with its end, as they are; not with JSON.
-    void text(std::string_view lines) {
-        if (!m_json) {
-            m_out << lines;
-        }
-    }
     void flush() { m_out.flush(); }       // what was told so far, before what may end the program
     void message(std::string_view text);  // not when quiet
     void detail(std::string_view text);   // only when verbose

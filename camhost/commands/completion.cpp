@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // camhost completion: the script by which a shell completes camhost's command line.
-#include "camhost/commands/define_command.h"
 #include "camhost/help/completion.h"
+#include "camhost/commands/define_command.h"
 
 namespace camhost {
 
-class CCompletionCommand : public CCommand {
+class CCompleteCommand : public CCommand {
 public:
     CommandHelp help() const override {
         return {"completion", "a script by which a shell completes command lines",
@@ -22,7 +22,7 @@ public:
     ExitCode run(CommandContext& context) override {
         const std::string script = m_shell == "bash" ? bashCompletion(*context.program)
                                                      : powershellCompletion(*context.program);
-        context.report.text(script);
+        context.report.line(std::string_view(script).substr(0, script.size() - 1));
         context.report.setResult(CJson::object({{"shell", m_shell}, {"script", script}}));
         return ExitCode::Done;
     }
@@ -31,6 +31,6 @@ private:
     std::string m_shell;
 };
 
-template std::unique_ptr<CCommand> makeCommand<CCompletionCommand>();
+template std::unique_ptr<CCommand> makeCommand<CCompleteCommand>();
 
 }  // namespace camhost

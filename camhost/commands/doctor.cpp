@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // camhost doctor: whether adapter, capture library and cameras are there and fit.
-#include "camhost/commands/define_command.h"
 #include "camhost/doctor/doctor.h"
+#include "camhost/commands/define_command.h"
 
 namespace camhost {
 
@@ -33,10 +33,10 @@ public:
             report.line("all " + count + " checks are right");
             return ExitCode::Done;
         }
-        report.failure({.exit = ExitCode::NotFound,
-                        .code = "doctor",
-                        .message = std::to_string(found.countWrong()) + " of " + count +
-                                   " checks failed"});
+        report.failure(
+            {.exit = ExitCode::NotFound,
+             .code = "doctor",
+             .message = std::to_string(found.countWrong()) + " of " + count + " checks failed"});
         return ExitCode::NotFound;
     }
 };

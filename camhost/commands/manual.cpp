@@ -17,7 +17,7 @@ public:
 
     ExitCode run(CommandContext& context) override {
         const std::string page = manualPage(*context.program);
-        context.report.text(page);
+        context.report.line(std::string_view(page).substr(0, page.size() - 1));
         context.report.setResult(CJson::object({{"page", page}}));
         return ExitCode::Done;
     }

@@ -19,9 +19,8 @@ void CDiagnoses::wrong(Diagnosis diagnosis) {
 }
 
 std::size_t CDiagnoses::countWrong() const {
-    return static_cast<std::size_t>(
-        std::count_if(m_all.begin(), m_all.end(),
-                      [](const Diagnosis& diagnosis) { return !diagnosis.isRight; }));
+    return static_cast<std::size_t>(std::count_if(
+        m_all.begin(), m_all.end(), [](const Diagnosis& diagnosis) { return !diagnosis.isRight; }));
 }
 
 void CDiagnoses::add(Diagnosis diagnosis) {
@@ -30,10 +29,9 @@ void CDiagnoses::add(Diagnosis diagnosis) {
 }
 
 std::vector<std::string> diagnosisLines(const Diagnosis& diagnosis) {
-    std::vector<std::string> lines{
-        printable((diagnosis.isRight ? "OK    " : "FAIL  ") + diagnosis.check +
-                  (diagnosis.subject.empty() ? "" : " ") + diagnosis.subject + ": " +
-                  diagnosis.text)};
+    std::vector<std::string> lines{printable(
+        (diagnosis.isRight ? "OK    " : "FAIL  ") + diagnosis.check +
+        (diagnosis.subject.empty() ? "" : " ") + diagnosis.subject + ": " + diagnosis.text)};
     for (const std::string& below : {diagnosis.remedy, diagnosis.note}) {
         if (!below.empty()) {
             lines.push_back("      " + printable(below));

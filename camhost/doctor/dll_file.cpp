@@ -238,8 +238,9 @@ std::vector<DllImport> CDllReader::searchDelayedImports() {
     std::vector<DllImport> imports;
     std::size_t left = m_bytes.size();
     for (const Section& section : m_sections) {
-        const std::size_t end = std::min(m_bytes.size(), std::size_t{section.offset} +
-                                                             std::min<std::size_t>(section.bytes, left));
+        const std::size_t end =
+            std::min(m_bytes.size(),
+                     std::size_t{section.offset} + std::min<std::size_t>(section.bytes, left));
         for (std::size_t at = section.offset; at + delayDescriptorBytes <= end; at += 4) {
             if (imports.size() < mostLibraries && looksDelayed(at)) {
                 addDelayedImport(at, imports);
@@ -282,8 +283,7 @@ DllFile CDllReader::read() {
         throw Damage{"its header is not that of 64 bits"};
     }
     m_headerBytes = at<std::uint32_t>(m_optionalHeader + 60);
-    readSections(m_optionalHeader + at<std::uint16_t>(header + 20),
-                 at<std::uint16_t>(header + 6));
+    readSections(m_optionalHeader + at<std::uint16_t>(header + 20), at<std::uint16_t>(header + 6));
     file.exports = readExports();
     file.imports = readImports();
     file.delayedImports = readDelayedImports();
@@ -293,8 +293,10 @@ DllFile CDllReader::read() {
 }  // namespace
 
 std::string machineName(std::uint16_t machine) {
-    constexpr std::pair<std::uint16_t, const char*> names[] = {
-        {machineX64, "x64"}, {0x014C, "x86 (32 bits)"}, {0x01C4, "ARM (32 bits)"}, {0xAA64, "ARM64"}};
+    constexpr std::pair<std::uint16_t, const char*> names[] = {{machineX64, "x64"},
+                                                               {0x014C, "x86 (32 bits)"},
+                                                               {0x01C4, "ARM (32 bits)"},
+                                                               {0xAA64, "ARM64"}};
     for (const auto& [number, name] : names) {
         if (number == machine) {
             return name;

@@ -87,8 +87,8 @@ void CDoctor::checkCameras(const CCameras& cameras) {
         }
     }
     if (!names.empty()) {
-        m_diagnoses.right({.check = "cameras",
-                           .text = std::to_string(names.size()) + ": " + join(names, ", ")});
+        m_diagnoses.right(
+            {.check = "cameras", .text = std::to_string(names.size()) + ": " + join(names, ", ")});
     } else if (!hadDialogs) {
         m_diagnoses.right({.check = "cameras",
                            .text = "none",

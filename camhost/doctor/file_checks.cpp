@@ -153,10 +153,9 @@ void CFileChecks::checkExport() {
 void CFileChecks::checkImport(const char* check, const DllImport& import,
                               const std::string& firstFolder) {
     const std::string beside = firstFolder + import.library;
-    const FoundLibrary found =
-        !firstFolder.empty() && isFile(beside)
-            ? FoundLibrary{.file = beside}
-            : m_search.find(import.library, import.functions);
+    const FoundLibrary found = !firstFolder.empty() && isFile(beside)
+                                   ? FoundLibrary{.file = beside}
+                                   : m_search.find(import.library, import.functions);
     if (found.file.empty()) {
         m_diagnoses.wrong({.check = check,
                            .subject = import.library,
@@ -166,11 +165,11 @@ void CFileChecks::checkImport(const char* check, const DllImport& import,
     }
     m_resolved.push_back({import.library, found.file});
     if (!found.missing.empty()) {
-        m_diagnoses.wrong({.check = check,
-                           .subject = import.library,
-                           .text = found.file + " lacks " + someOf(found.missing),
-                           .remedy = "it is another version than is wanted: " +
-                                     whereFrom(import.library)});
+        m_diagnoses.wrong(
+            {.check = check,
+             .subject = import.library,
+             .text = found.file + " lacks " + someOf(found.missing),
+             .remedy = "it is another version than is wanted: " + whereFrom(import.library)});
         return;
     }
     m_diagnoses.right({.check = check, .subject = import.library, .text = found.file});
@@ -186,7 +185,8 @@ void CFileChecks::checkCaptureLibrary(const DllImport& import) {
                                      "no other folder is searched"});
         return;
     }
-    m_diagnoses.right({.check = "capture library", .text = m_captureFile + " (beside the adapter)"});
+    m_diagnoses.right(
+        {.check = "capture library", .text = m_captureFile + " (beside the adapter)"});
     const auto library = readLibrary(m_captureFile, "capture library file", captureRemedy);
     if (!library) {
         return;

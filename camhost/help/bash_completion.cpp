@@ -6,7 +6,8 @@ namespace camhost {
 
 namespace {
 
-constexpr const char* head = R"bash(# Completion of camhost's command line for bash, made by "camhost completion bash".
+constexpr const char* head =
+    R"bash(# Completion of camhost's command line for bash, made by "camhost completion bash".
 # In this shell:  source <(camhost completion bash)
 # In every one:   camhost completion bash > ~/.local/share/bash-completion/completions/camhost
 

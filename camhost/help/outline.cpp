@@ -61,8 +61,9 @@ void COutlineList::secondsAboveZero(const char* names, double&, const char* plac
 
 std::string completedBy(const std::string& value) {
     constexpr std::pair<std::string_view, const char*> kinds[] = {
-        {"FILE", "@file"},   {"DLL", "@file"},        {"NAME|FILE", "@file"}, {"CAMERA", "@camera"},
-        {"KEY", "@setting"}, {"KEY=VALUE", "@assignment"}, {"COMMAND", "@action"}};
+        {"FILE", "@file"},     {"DLL", "@file"},    {"NAME|FILE", "@file"},
+        {"CAMERA", "@camera"}, {"KEY", "@setting"}, {"KEY=VALUE", "@assignment"},
+        {"COMMAND", "@action"}};
     for (const auto& [placeholder, kind] : kinds) {
         if (value == placeholder) {
             return kind;

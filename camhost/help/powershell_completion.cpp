@@ -115,8 +115,8 @@ std::string optionLines(const std::string& command, const std::vector<OptionOutl
             names.push_back(quoted(name));
         }
         lines += "        [pscustomobject]@{ Command = " + quoted(command) + "; Names = @(" +
-                 join(names, ", ") + "); Takes = " +
-                 quoted(option.value.empty() ? "" : completedBy(option.value)) +
+                 join(names, ", ") +
+                 "); Takes = " + quoted(option.value.empty() ? "" : completedBy(option.value)) +
                  "; What = " + quoted(option.what) + " }\n";
     }
     return lines;

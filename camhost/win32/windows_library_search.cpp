@@ -22,7 +22,8 @@ std::string textOf(Call call) {
 }
 
 std::string moduleFile(HMODULE module) {
-    return textOf([&](wchar_t* text, DWORD size) { return GetModuleFileNameW(module, text, size); });
+    return textOf(
+        [&](wchar_t* text, DWORD size) { return GetModuleFileNameW(module, text, size); });
 }
 
 std::string fullPath(const std::string& file) {
@@ -61,7 +62,8 @@ std::string CWindowsLibrarySearch::adapterPath(const std::string& wanted) const 
 FoundLibrary CWindowsLibrarySearch::find(const std::string& name,
                                          const std::vector<std::string>& functions) {
     // Neither its own imports are loaded, nor does any of its code run.
-    const HMODULE module = LoadLibraryExW(toWide(name).c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
+    const HMODULE module =
+        LoadLibraryExW(toWide(name).c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
     if (module == nullptr) {
         return {.reason = loadError(GetLastError())};
     }

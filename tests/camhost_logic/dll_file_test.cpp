@@ -64,7 +64,8 @@ TEST(DllFile, DelayedImportsAreFoundWithAndWithoutTheirDirectory) {
 TEST(DllFile, ImportsByNumberAreLeftOut) {
     std::vector<std::uint8_t> bytes = dllBytes(
         {.machine = 0x8664, .isLibrary = true, .exports = {}, .imports = {{"a.dll", {"x", "y"}}}});
-    // The content begins with the 40 bytes of the exports; then come two descriptors, and the table.
+    // The content begins with the 40 bytes of the exports; then come two descriptors, and the
+    // table.
     put32(bytes, contentAt + 80 + 4, 0x80000000);
     std::string reason;
     const auto dll = read(bytes, reason);
@@ -124,8 +125,8 @@ TEST(DllFile, DamageHasItsReason) {
 
 // A table that leads into itself would be read without end.
 TEST(DllFile, MoreNamesThanAnyLibraryHasEndIt) {
-    std::vector<std::uint8_t> bytes = dllBytes(
-        {.machine = 0x8664, .isLibrary = true, .exports = {"x"}, .imports = {}});
+    std::vector<std::uint8_t> bytes =
+        dllBytes({.machine = 0x8664, .isLibrary = true, .exports = {"x"}, .imports = {}});
     const std::size_t table = bytes.size();
     const std::size_t names = 200000;
     put32(bytes, contentAt + 24, names);
@@ -154,9 +155,9 @@ TEST(DllFile, CutAnywhereItIsReadOrRefused) {
 TEST(DllFile, WithAnyByteChangedItIsReadOrRefused) {
     const std::vector<std::uint8_t> whole = dllBytes(ordinaryDll());
     for (std::size_t at = 0; at < whole.size(); ++at) {
-        for (const std::uint8_t value : {0x00, 0x01, 0x7F, 0x80, 0xFF}) {
+        for (const char value : {'\0', '\x01', '\x7F', '\x80', '\xFF'}) {
             std::vector<std::uint8_t> changed = whole;
-            changed[at] = value;
+            changed[at] = static_cast<std::uint8_t>(value);
             std::string reason;
             if (!read(changed, reason)) {
                 EXPECT_NE(reason, "") << at;

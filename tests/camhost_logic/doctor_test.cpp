@@ -73,9 +73,7 @@ protected:
     void remove(const std::string& name) { std::filesystem::remove(m_folder.file(name)); }
 
     std::string adapterFile() const { return m_folder.file("adapter/velmora_adapter.dll"); }
-    std::string captureFile() const {
-        return m_folder.file(std::string("adapter/") + captureName);
-    }
+    std::string captureFile() const { return m_folder.file(std::string("adapter/") + captureName); }
     // The lines, with the test's folder as "@".
     std::string lines(const std::vector<std::string>& arguments = {"doctor"}) {
         m_outcome = camhost(arguments);
@@ -200,9 +198,9 @@ TEST_F(Doctor, AnImportThatIsNotThereNamesWhoBringsIt) {
         DllFile adapter = adapterDll();
         adapter.imports = {{library, {"f"}}};
         put("adapter/velmora_adapter.dll", adapter);
-        EXPECT_THAT(wrongLines(), ElementsAre(std::string("FAIL  import ") + library +
-                                              ": it can not be loaded: it is not there\n      " +
-                                              remedy));
+        EXPECT_THAT(wrongLines(),
+                    ElementsAre(std::string("FAIL  import ") + library +
+                                ": it can not be loaded: it is not there\n      " + remedy));
     }
 }
 
@@ -333,9 +331,10 @@ TEST_F(Doctor, ACameraThatDidNotOpenIsNamed) {
     camera().missing = true;
     camera().values.clear();
     camera().noLists = true;
-    EXPECT_THAT(wrongLines(),
-                ElementsAre("FAIL  camera 1A2B \"SIM Mono 23\": it did not open; in use elsewhere?\n"
-                            "      close what uses it, or unplug it and plug it in again"));
+    EXPECT_THAT(
+        wrongLines(),
+        ElementsAre("FAIL  camera 1A2B \"SIM Mono 23\": it did not open; in use elsewhere?\n"
+                    "      close what uses it, or unplug it and plug it in again"));
     EXPECT_THAT(m_outcome.out, HasSubstr("OK    cameras: 1: 1A2B \"SIM Mono 23\"\n"));
 }
 

@@ -64,11 +64,10 @@ ProgramOutline smallProgram() {
                  {.name = "grab",
                   .what = "frames",
                   .examples = "  camhost grab -n 2",
-                  .options = {{.names = {"-n", "--frames"}, .value = "N", .what = "how many"},
-                              {.names = {"--on-loss"},
-                               .value = "wait|fail|SECONDS",
-                               .what = "at a loss"},
-                              {.value = "PATTERN", .what = "names", .required = false}}}},
+                  .options =
+                      {{.names = {"-n", "--frames"}, .value = "N", .what = "how many"},
+                       {.names = {"--on-loss"}, .value = "wait|fail|SECONDS", .what = "at a loss"},
+                       {.value = "PATTERN", .what = "names", .required = false}}}},
             .exitCodes = {{0, "done"}, {130, "interrupted"}}};
 }
 
@@ -124,7 +123,9 @@ TEST_F(HelpCommands, EveryCommandAndOptionIsInAllThree) {
 // They are for a shell's start, where there may be no adapter.
 TEST_F(HelpCommands, NeedNoAdapter) {
     for (const std::vector<std::string>& arguments :
-         {std::vector<std::string>{"completion", "bash"}, {"completion", "powershell"}, {"manual"}}) {
+         {std::vector<std::string>{"completion", "bash"},
+          {"completion", "powershell"},
+          {"manual"}}) {
         const Outcome outcome = camhost(arguments);
         EXPECT_EQ(outcome.exit, 0);
         EXPECT_EQ(outcome.err, "");
@@ -148,10 +149,11 @@ TEST_F(HelpCommands, ACompletionIsForAShellThatIsKnown) {
 }
 
 TEST_F(HelpCommands, TheHelpEndsInExitCodesAndExamples) {
-    EXPECT_THAT(camhost({"--help"}).out,
-                HasSubstr("Exit codes: 0 done, 1 refused, 2 usage, 3 adapter or camera not found, 4 "
-                          "no frame in\ntime, 5 device lost, 6 done in part, 130 interrupted.\n"
-                          "Examples:\n  camhost list\n"));
+    EXPECT_THAT(
+        camhost({"--help"}).out,
+        HasSubstr("Exit codes: 0 done, 1 refused, 2 usage, 3 adapter or camera not found, 4 "
+                  "no frame in\ntime, 5 device lost, 6 done in part, 130 interrupted.\n"
+                  "Examples:\n  camhost list\n"));
     EXPECT_THAT(camhost({"--help"}).out, StartsWith("Drives cameras through a camera adapter.\n"));
 }
 

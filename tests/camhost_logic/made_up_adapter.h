@@ -58,8 +58,7 @@ public:
     }
     FoundLibrary find(const std::string& name, const std::vector<std::string>&) override {
         const auto library = found.find(name);
-        return library != found.end() ? library->second
-                                      : FoundLibrary{{}, "it is not there", {}};
+        return library != found.end() ? library->second : FoundLibrary{{}, "it is not there", {}};
     }
     std::string loadedFile(const std::string& name) const override {
         const auto library = loaded.find(name);
