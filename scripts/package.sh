@@ -54,6 +54,18 @@ licence() {
     exit 1
 }
 
+# camhost's own texts, as the program in the package gives them.
+put_camhost_texts() {
+    local run=(scripts/wine_run.sh)
+    case $(uname -s) in
+    MINGW* | MSYS* | CYGWIN*) run=() ;;
+    esac
+    "${run[@]}" "$stage/camhost/camhost.exe" manual >"$stage/camhost/camhost.1"
+    "${run[@]}" "$stage/camhost/camhost.exe" completion bash >"$stage/camhost/completion.bash"
+    "${run[@]}" "$stage/camhost/camhost.exe" completion powershell >"$stage/camhost/completion.ps1"
+    chmod 644 "$stage"/camhost/*
+}
+
 put_visual_studio() {
     put adapter $visual_studio/velmora_adapter.dll
     put lib build/windows-msvc/adapter/Release/velmora_adapter.lib
@@ -99,6 +111,7 @@ if [ -f $visual_studio/velmora_adapter.dll ]; then
 else
     put_trial_builds
 fi
+put_camhost_texts
 
 (cd "$stage" && find . -type f ! -name SHA256SUMS | LC_ALL=C sort | sed 's|^\./||' |
     xargs -d '\n' sha256sum >"$folder/SHA256SUMS" && mv "$folder/SHA256SUMS" .)

@@ -85,7 +85,7 @@ _camhost_reply() {
 }
 
 _camhost() {
-    local words=() given=() command= takes= word= last= i
+    local IFS=$' \t\n' words=() given=() command= takes= word= last= i
     COMPREPLY=()
     # "=" parts words for bash, and not for camhost.
     for ((i = 1; i <= COMP_CWORD; ++i)); do

@@ -25,14 +25,15 @@ camhost() {
 problems=0
 # expect REPLIES WORD...: the replies, parted by "|", to that line with the cursor at its end.
 expect() {
-    local wanted=$1 IFS='|'
+    local wanted=$1 found
     shift
     COMP_WORDS=("$@")
     COMP_CWORD=$(($# - 1))
     COMPREPLY=()
     _camhost
-    if [ "${COMPREPLY[*]}" != "$wanted" ]; then
-        echo "\"${COMP_WORDS[*]}\" gives \"${COMPREPLY[*]}\" and not \"$wanted\"" >&2
+    found=$(IFS='|' && echo "${COMPREPLY[*]}")
+    if [ "$found" != "$wanted" ]; then
+        echo "\"${COMP_WORDS[*]}\" gives \"$found\" and not \"$wanted\"" >&2
         problems=$((problems + 1))
     fi
 }
@@ -40,7 +41,7 @@ expect() {
 complete -p camhost | grep -q _camhost || { echo "nothing completes camhost" >&2; exit 1; }
 
 # Commands, and where they are looked for.
-expect 'save|set|shell' camhost s
+expect 'set|save|shell' camhost s
 expect 'list' camhost --clock fast li
 expect 'get' camhost -c get ge
 expect '' camhost list ''
