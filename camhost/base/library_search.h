@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the machine finds libraries, told without running any of them.
+// How the machine finds libraries.
 #pragma once
 
 #include <string>
@@ -29,7 +29,7 @@ public:
 
     // The full path of what CSystem::loadAdapter() would load; it need not be there.
     virtual std::string adapterPath(const std::string& wanted) const = 0;
-    // The library that this process gets by a name without folder.
+    // The library that this process gets by a name without folder; it may be loaded for that.
     virtual FoundLibrary find(const std::string& name,
                               const std::vector<std::string>& functions) = 0;
     // The file of the one that is loaded already under that name; empty for none.

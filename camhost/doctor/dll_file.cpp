@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <concepts>
-#include <cstdio>
 #include <string_view>
 #include <utility>
 
@@ -302,8 +301,10 @@ std::string machineName(std::uint16_t machine) {
             return name;
         }
     }
-    char text[32];
-    std::snprintf(text, sizeof text, "machine 0x%04X", machine);
+    std::string text = "machine 0x";
+    for (const unsigned shift : {12U, 8U, 4U, 0U}) {
+        text += "0123456789ABCDEF"[(machine >> shift) & 0xFU];
+    }
     return text;
 }
 

@@ -13,6 +13,7 @@ namespace camhost {
 namespace {
 
 constexpr const char* seeAbove = "mend what fails above, and try again";
+constexpr const char* ownFault = "copy the adapter there anew; else it is its own start that fails";
 
 bool samePath(const std::string& a, const std::string& b) {
     return folded(a) == folded(b);
@@ -64,7 +65,7 @@ void CDoctor::load() {
     } catch (const Failure& failure) {
         m_diagnoses.wrong({.check = entry == nullptr ? "load" : "cameras",
                            .text = failure.message,
-                           .remedy = m_diagnoses.countWrong() > 0 ? seeAbove : failure.hint});
+                           .remedy = m_diagnoses.countWrong() > 0 ? seeAbove : ownFault});
     }
 }
 

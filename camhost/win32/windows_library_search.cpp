@@ -61,9 +61,9 @@ std::string CWindowsLibrarySearch::adapterPath(const std::string& wanted) const 
 
 FoundLibrary CWindowsLibrarySearch::find(const std::string& name,
                                          const std::vector<std::string>& functions) {
-    // Neither its own imports are loaded, nor does any of its code run.
-    const HMODULE module =
-        LoadLibraryExW(toWide(name).c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
+    // For good, as the adapter would have it loaded: one that is only mapped stays without
+    // its start, and spoils the adapter's own load.
+    const HMODULE module = LoadLibraryW(toWide(name).c_str());
     if (module == nullptr) {
         return {.reason = loadError(GetLastError())};
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The loader's own answers, without a library being started. Used by windows_system.
+// The loader's own answers. Used by windows_system.
 #pragma once
 
 #include <windows.h>

@@ -360,9 +360,10 @@ TEST_F(Doctor, AnAdapterThatDoesNotLoadIsToldWithItsReason) {
     prepare(system);
     const Outcome outcome = run(system, {"doctor"});
     EXPECT_EQ(outcome.exit, 3);
-    EXPECT_THAT(outcome.out, HasSubstr("FAIL  load: the adapter can not be loaded: error 5\n"
-                                       "      name it with --adapter\n"
-                                       "OK    search order"));
+    EXPECT_THAT(outcome.out,
+                HasSubstr("FAIL  load: the adapter can not be loaded: error 5\n"
+                          "      copy the adapter there anew; else it is its own start that fails\n"
+                          "OK    search order"));
 }
 
 }  // namespace
