@@ -7,6 +7,6 @@ execute_process(COMMAND ${GROFF} -man -Tascii -ww -b ${PAGE} OUTPUT_VARIABLE tex
 if(warnings)
     message(FATAL_ERROR "${warnings}")
 endif()
-if(NOT text MATCHES "EXIT")
+if(NOT text MATCHES "interrupted")
     message(FATAL_ERROR "${PAGE} gives:\n${text}")
 endif()
