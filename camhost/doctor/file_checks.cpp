@@ -206,8 +206,8 @@ void CFileChecks::checkNames(const DllImport& import, const DllFile& library) {
     } else {
         m_diagnoses.wrong(
             {.check = "kind of ABI",
-             .text = std::string("the adapter is of ") + kindName(wanted) +
-                     ", the capture library of " + kindName(found),
+             .text = std::string("the adapter wants ") + kindName(wanted) +
+                     ", the capture library has " + kindName(found),
              .remedy = "take the adapter that was built with the compiler of the capture library"});
     }
     const std::unordered_set<std::string> exports(library.exports.begin(), library.exports.end());

@@ -248,7 +248,7 @@ TEST_F(Doctor, ACaptureLibraryOfAnotherCompilerIsToldByItsNames) {
     microsoft.exports = {"?open@@YAXXZ", "?close@@YAXXZ"};
     put(std::string("adapter/") + captureName, microsoft);
     EXPECT_THAT(wrongLines(),
-                ElementsAre("FAIL  kind of ABI: the adapter is of GNU's, the capture library of "
+                ElementsAre("FAIL  kind of ABI: the adapter wants GNU's, the capture library has "
                             "Microsoft's\n"
                             "      take the adapter that was built with the compiler of the "
                             "capture library",
