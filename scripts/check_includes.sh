@@ -33,10 +33,11 @@ camhost/camera: include/velmora camhost/base
 camhost/settings: include/velmora camhost/base camhost/camera
 camhost/pictures: include/velmora camhost/base
 camhost/grab: include/velmora camhost/base camhost/camera camhost/pictures
+camhost/measure: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab
 camhost/check: include/velmora camhost/base camhost/camera camhost/settings
 camhost/doctor: include/velmora camhost/base camhost/camera
 camhost/help: camhost/base
-camhost/commands: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab camhost/check camhost/doctor camhost/help
+camhost/commands: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab camhost/measure camhost/check camhost/doctor camhost/help
 camhost/application: camhost/base camhost/camera camhost/help camhost/commands
 camhost/win32: camhost/base camhost/application
 cmake/msvc_abi:

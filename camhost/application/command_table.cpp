@@ -22,6 +22,8 @@ constexpr std::unique_ptr<CCommand> (*rows[])() = {
     makeCommand<class CSaveCommand>,      //
     makeCommand<class CLoadCommand>,      //
     makeCommand<class CGrabCommand>,      //
+    makeCommand<class CBenchCommand>,     //
+    makeCommand<class CWatchCommand>,     //
     makeCommand<class CCheckCommand>,     //
     makeCommand<class CDoctorCommand>,    //
     makeCommand<class CCompleteCommand>,  //

@@ -12,6 +12,12 @@ void CReport::line(std::string_view text) {
     }
 }
 
+void CReport::event(const CJson& object) {
+    if (m_json) {
+        m_out << object.toText() << '\n';
+    }
+}
+
 std::ostream& CReport::giveOutput() {
     m_outputIsGiven = true;
     return m_out;

@@ -33,6 +33,7 @@ public:
     std::ostream& giveOutput();
 
     void line(std::string_view text);     // a result; not with JSON
+    void event(const CJson& object);      // a line of its own before the document; JSON alone
     void flush() { m_out.flush(); }       // what was told so far, before what may end the program
     void message(std::string_view text);  // not when quiet
     void detail(std::string_view text);   // only when verbose

@@ -50,6 +50,8 @@ public:
 
     // Of this process, as they are now; nothing where the system does not tell.
     virtual std::optional<ProcessResources> resources() = 0;
+    // That this process has spent on all processors; nothing where the system does not tell.
+    virtual std::optional<double> processorSeconds() = 0;
 
     virtual double seconds() = 0;  // counts up from anywhere
     // Returns early when interrupted.

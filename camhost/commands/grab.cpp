@@ -3,19 +3,20 @@
 #include <algorithm>
 #include <optional>
 
-#include "camhost/base/number_texts.h"
 #include "camhost/commands/define_command.h"
 #include "camhost/grab/grab_run.h"
+#include "camhost/measure/first_settings.h"
+#include "camhost/measure/run_failures.h"
 #include "camhost/pictures/bayer.h"
 #include "camhost/pictures/frame_layout.h"
-#include "camhost/settings/setting_changes.h"
+#include "camhost/settings/reapplied_settings.h"
 #include "velmora/host_blocks.h"
 
 namespace camhost {
 
 namespace {
 
-CJson resultJson(const CGrabRun& run) {
+CJson resultJson(const CGrabRun& run, const CReappliedSettings* reapplied) {
     const GrabCounts& counts = run.counts();
     const FrameLayout& layout = run.layout();
     CJson result = CJson::object({{"frames", counts.frames},
@@ -24,6 +25,9 @@ CJson resultJson(const CGrabRun& run) {
                                   {"seconds", counts.seconds}});
     if (const auto rate = counts.framesPerSecond()) {
         result.set("fps", *rate);
+    }
+    if (counts.dropped) {
+        result.set("dropped", *counts.dropped);
     }
     result.set("timeouts", counts.timeouts);
     result.set("lost", counts.losses);
@@ -35,65 +39,11 @@ CJson resultJson(const CGrabRun& run) {
     if (const auto order = run.bayer()) {
         result.set("bayer", bayerName(*order));
     }
+    if (reapplied != nullptr) {
+        result.set("reapplied", reapplied->json());
+    }
     result.set("files", run.files());
     return result;
-}
-
-// Why there may be no frames: a trigger that is waited for, or an exposure that
-// is longer than one wait of the adapter.
-std::string timeoutHint(CSettings& settings) {
-    constexpr const char* trigger = "trigger enable switch";
-    if (settings.hasKey(trigger) && settings.read(trigger).text == "true") {
-        return "trigger enable is on: no trigger arrived?";
-    }
-    const std::string exposure = settings.read("exposure value abs").text;
-    if (wholeNumber(exposure).value_or(0.0) >= 1.0) {
-        return "the exposure is " + exposure + " s, and one wait lasts 1 s";
-    }
-    return {};
-}
-
-// The time-out is looked at between two waits of the adapter.
-std::string waitedText(double seconds, double timeout) {
-    constexpr double noticeable = 0.1;
-    std::string text = fixedText(seconds, 1) + " s";
-    if (seconds > timeout + noticeable) {
-        text += " (asked for " + fixedText(timeout, 1) + " s; one wait lasts up to 1 s)";
-    }
-    return text;
-}
-
-Failure timedOut(const CGrabRun& run, const GrabPlan& plan, const std::string& only,
-                 CSettings& settings) {
-    const bool none = run.counts().frames == 0;
-    return {.exit = none ? ExitCode::NoFrame : ExitCode::Partial,
-            .code = none ? "no_frame" : "partial",
-            .message =
-                "no frame in " + waitedText(run.secondsWithoutFrame(), plan.timeout) + "; " + only,
-            .hint = timeoutHint(settings)};
-}
-
-// Nothing when all frames came.
-std::optional<Failure> failureOf(GrabEnd end, const CGrabRun& run, const GrabPlan& plan,
-                                 CSettings& settings) {
-    const GrabCounts& counts = run.counts();
-    const std::string only =
-        std::to_string(counts.frames) + " of " + std::to_string(counts.asked) + " frames";
-    switch (end) {
-        case GrabEnd::Complete:
-            break;
-        case GrabEnd::Interrupted:
-            return Failure{.exit = ExitCode::Interrupted,
-                           .code = "interrupted",
-                           .message = "interrupted after " + only};
-        case GrabEnd::Lost:
-            return Failure{.exit = ExitCode::DeviceLost,
-                           .code = "device_lost",
-                           .message = "the camera is lost; " + only};
-        case GrabEnd::TimedOut:
-            return timedOut(run, plan, only, settings);
-    }
-    return std::nullopt;
 }
 
 VideoFormats formatsOf(CSettings& settings) {
@@ -114,8 +64,8 @@ std::string savedLine(const std::vector<std::string>& files) {
                                    files.front() + " to " + files.back();
 }
 
-void tellTotals(const CGrabRun& run, CReport& report) {
-    report.setResult(resultJson(run));
+void tellTotals(const CGrabRun& run, const CReappliedSettings* reapplied, CReport& report) {
+    report.setResult(resultJson(run, reapplied));
     report.line(closingLine(run.counts(), run.pixelText()));
     if (const auto files = run.files(); !files.empty()) {
         report.line(savedLine(files));
@@ -142,9 +92,17 @@ public:
         }
         refuseExisting(plan);
         CSettings settings(*context.camera, context.hintPrefix);
-        applySettings(context, settings);
-        CGrabRun run(*context.camera, plan, context.system, context.report);
-        const auto failure = failureOf(grab(run, settings, context.report), run, plan, settings);
+        const auto made = makeFirstSettings(m_grab.first, *context.camera, settings, context.report,
+                                            {context.hintPrefix, "grab"});
+        std::optional<CReappliedSettings> reapplied;
+        if (m_grab.reapply) {
+            reapplied.emplace(*context.camera, settings, context.system, context.report,
+                              context.hintPrefix, made);
+        }
+        CGrabRun run(*context.camera, plan, context.system, context.report, hooksOf(reapplied));
+        const GrabEnd end = grab(run, settings, reapplied ? &*reapplied : nullptr, context.report);
+        const auto failure =
+            failureOf({end, run.secondsWithoutFrame(), plan.timeout}, run.counts(), settings);
         if (failure) {
             context.report.failure(*failure);
         }
@@ -152,16 +110,24 @@ public:
     }
 
 private:
+    static GrabHooks hooksOf(std::optional<CReappliedSettings>& reapplied) {
+        if (!reapplied) {
+            return {};
+        }
+        return {[&reapplied] { reapplied->keep(); }, [&reapplied] { reapplied->writeAgain(); }};
+    }
+
     // Totals are told however it ends.
-    GrabEnd grab(CGrabRun& run, CSettings& settings, CReport& report) const {
+    GrabEnd grab(CGrabRun& run, CSettings& settings, const CReappliedSettings* reapplied,
+                 CReport& report) const {
         try {
             const GrabEnd end = run.run(formatsOf(settings));
-            tellTotals(run, report);
+            tellTotals(run, reapplied, report);
             warnOfMosaic(run, report);
             return end;
         } catch (const Failure&) {
             if (run.hasBegun()) {
-                tellTotals(run, report);
+                tellTotals(run, reapplied, report);
             }
             throw;
         }
@@ -187,19 +153,6 @@ private:
                           .code = "usage",
                           .message = "the output can not take both pictures and --json"};
         }
-    }
-
-    // Changes are told as messages: the result of a grab is its closing line.
-    void applySettings(CommandContext& context, CSettings& settings) const {
-        std::vector<Assignment> assignments;
-        if (!m_grab.pixelFormat.empty()) {
-            assignments.push_back({"pixelformat", m_grab.pixelFormat});
-        }
-        const auto more = parseAssignments(m_grab.assignments);
-        assignments.insert(assignments.end(), more.begin(), more.end());
-        CSettingChanges changes(*context.camera, settings, context.report, context.hintPrefix);
-        changes.becomeAGrabs();
-        changes.applyAll(assignments, {.manual = m_grab.manual});
     }
 
     GrabOptions m_grab;

@@ -13,6 +13,14 @@ std::optional<double> GrabCounts::framesPerSecond() const {
     return static_cast<double>(taken - 1) / liveSpan;
 }
 
+std::string lostLine(const std::string& camera, std::uint64_t frames) {
+    return "lost " + camera + " after frame " + std::to_string(frames);
+}
+
+std::string restoredLine(double seconds) {
+    return "restored after " + fixedText(seconds, 1) + " s";
+}
+
 std::string progressLine(const GrabCounts& counts) {
     const auto rate = counts.framesPerSecond();
     std::string line = "  " + std::to_string(counts.frames) + "/" + std::to_string(counts.asked) +
@@ -36,6 +44,9 @@ std::string closingLine(const GrabCounts& counts, const std::string& pixelText) 
                        std::to_string(counts.timeouts) + ", lost " + std::to_string(counts.losses);
     if (counts.losses > 0) {
         line += " (" + fixedText(counts.lostSeconds, 1) + " s)";
+    }
+    if (counts.dropped) {
+        line += ", dropped " + std::to_string(*counts.dropped);
     }
     return line + ", " + pixelText;
 }

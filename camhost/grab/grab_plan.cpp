@@ -68,20 +68,6 @@ std::string defaultName(PictureFormat format) {
     return "frame_%04d.png";
 }
 
-double patienceOf(const std::string& text) {
-    if (text == "wait") {
-        return std::numeric_limits<double>::infinity();
-    }
-    if (text == "fail") {
-        return 0.0;
-    }
-    const auto seconds = wholeNumber(text);
-    if (!seconds || *seconds < 0.0) {
-        throw usage("--on-loss takes wait, fail or seconds, not \"" + text + "\"");
-    }
-    return *seconds;
-}
-
 CFilePattern namesOf(const GrabOptions& options, PictureFormat format) {
     std::string reason;
     const std::string text = options.output.empty() ? defaultName(format) : options.output;
@@ -98,6 +84,20 @@ CFilePattern namesOf(const GrabOptions& options, PictureFormat format) {
 
 }  // namespace
 
+double patienceOf(const std::string& text) {
+    if (text == "wait") {
+        return std::numeric_limits<double>::infinity();
+    }
+    if (text == "fail") {
+        return 0.0;
+    }
+    const auto seconds = wholeNumber(text);
+    if (!seconds || *seconds < 0.0) {
+        throw usage("--on-loss takes wait, fail or seconds, not \"" + text + "\"");
+    }
+    return *seconds;
+}
+
 GrabPlan planGrab(const GrabOptions& options) {
     GrabPlan plan;
     plan.frames = options.frames;
@@ -108,6 +108,7 @@ GrabPlan planGrab(const GrabOptions& options) {
     plan.force = options.force;
     plan.bayer = parseBayer(options.bayer);
     plan.demosaic = options.demosaic == "fast";
+    plan.fresh = options.fresh;
     plan.timeout = options.timeout;
     plan.patience = patienceOf(options.onLoss);
     return plan;

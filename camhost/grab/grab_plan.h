@@ -24,10 +24,14 @@ struct GrabPlan {
     bool force = false;               // files that are there are written over
     std::optional<BayerOrder> bayer;  // none: judged by the video format
     bool demosaic = false;
+    bool fresh = false;  // frames that lay ready when they were waited for are dropped
     double timeout = 5.0;
     // Seconds to wait for a lost camera; 0 does not wait.
     double patience = std::numeric_limits<double>::infinity();
 };
+
+// Seconds, of "wait", "fail" or a number. Throws a usage Failure.
+double patienceOf(const std::string& onLoss);
 
 // Throws a usage Failure.
 GrabPlan planGrab(const GrabOptions& options);

@@ -5,9 +5,9 @@
 #include <iterator>
 #include <set>
 #include <thread>
+#include <utility>
 
 #include "camhost/base/failure.h"
-#include "camhost/base/number_texts.h"
 #include "camhost/pictures/bayer.h"
 #include "velmora/host_blocks.h"
 
@@ -19,8 +19,9 @@ constexpr double progressOnTerminal = 0.2;  // seconds between two
 constexpr double progressInLog = 2.0;
 constexpr std::size_t mostWaitingBytes = std::size_t{256} << 20U;
 constexpr unsigned mostWriters = 4;
-constexpr std::size_t fewPictures = 8;      // written before anybody wonders
-constexpr std::uint32_t searchPause = 200;  // milliseconds between two searches
+constexpr std::size_t fewPictures = 8;     // written before anybody wonders
+constexpr double tooShortToBeNew = 0.001;  // seconds of a wait
+constexpr int mostOldInARow = 16;          // a camera that goes on so is fast, not late
 
 CPictureWriter::Store writerTo(CReport& report) {
     return [&output = report.giveOutput()](const Picture&, std::span<const std::uint8_t> bytes) {
@@ -34,9 +35,19 @@ CPictureWriter::Store writerTo(CReport& report) {
 
 }  // namespace
 
-CGrabRun::CGrabRun(CRecordChannel& camera, const GrabPlan& plan, CSystem& system, CReport& report)
-    : m_camera(camera), m_plan(plan), m_system(system), m_report(report) {
+CGrabRun::CGrabRun(CRecordChannel& camera, const GrabPlan& plan, CSystem& system, CReport& report,
+                   GrabHooks hooks)
+    : m_camera(camera),
+      m_plan(plan),
+      m_system(system),
+      m_report(report),
+      m_hooks(std::move(hooks)),
+      m_waits(camera, system, m_counts),
+      m_mayBeOld(plan.fresh) {
     m_counts.asked = plan.frames;
+    if (plan.fresh || m_hooks.onRestored) {
+        m_counts.dropped = 0;
+    }
 }
 
 FrameLayout CGrabRun::readLayout() {
@@ -60,23 +71,21 @@ GrabEnd CGrabRun::run(const VideoFormats& formats) {
 GrabEnd CGrabRun::grab(CLiveVideo& video) {
     CFrameBuffer buffer(m_layout);
     if (buffer.empty()) {
-        throw Failure{.code = "bad_size",
-                      .message = "the camera reports a picture of " +
-                                 std::to_string(m_layout.width) + "x" +
-                                 std::to_string(m_layout.height)};
+        throw badSize(m_layout);
     }
     m_counts.bytesPerFrame = frameBytes(m_layout);
     startWriting();
-    m_started = m_lastSign = m_lastProgress = m_system.seconds();
+    m_lastProgress = m_system.seconds();
+    m_waits.begin();
     m_hasBegun = true;
     const GrabEnd end = loop(buffer);
-    updateTimes();
+    m_waits.updateTimes();
     if (m_report.terminal()) {
         m_report.progress(progressLine(m_counts));
     }
     video.stop();
     if (!buffer.intact()) {
-        throw Failure{.code = "internal", .message = "the adapter wrote past the frame buffer"};
+        throw wrotePastBuffer();
     }
     finishWriting();
     return end;
@@ -96,7 +105,7 @@ void CGrabRun::startWriting() {
 // There is an earlier failure to tell of; what it left to write is written.
 void CGrabRun::endEarly() {
     if (m_hasBegun) {
-        updateTimes();
+        m_waits.updateTimes();
     }
     try {
         finishWriting();
@@ -139,72 +148,80 @@ GrabEnd CGrabRun::loop(CFrameBuffer& buffer) {
 }
 
 std::optional<GrabEnd> CGrabRun::step(CFrameBuffer& buffer) {
-    const FrameReply wait = m_camera.waitFrame();
-    if (wait.status == HOST_STATUS_NO_DEVICE) {
-        return onLost();
+    if (m_hooks.betweenWaits && !m_waits.isLost()) {
+        m_hooks.betweenWaits();
     }
-    if (wait.result != HOST_RESULT_SUCCESS) {
-        const std::string message = m_camera.lastMessage();
-        throw Failure{.code = "refused",
-                      .message = "waiting for a frame was refused: " + message,
-                      .adapterMessage = message};
+    const WaitOutcome outcome = m_waits.wait();
+    if (outcome.restoredAfter) {
+        m_report.message(restoredLine(*outcome.restoredAfter));
+        m_mayBeOld = m_plan.fresh;
+        if (m_hooks.onRestored) {
+            return mend(buffer, outcome);
+        }
     }
-    if (m_lost) {
-        onBack();
+    switch (outcome.end) {
+        case WaitEnd::Lost:
+        case WaitEnd::StillLost:
+            return onLost(outcome);
+        case WaitEnd::TimedOut:
+            return onTimeout();
+        case WaitEnd::Frame:
+            takeFrame(buffer, outcome);
+            break;
     }
-    if (wait.status == HOST_STATUS_NO_FRAME) {
-        return onTimeout();
-    }
-    takeFrame(buffer);
     return std::nullopt;
 }
 
-std::optional<GrabEnd> CGrabRun::onLost() {
-    const double now = m_system.seconds();
-    if (!m_lost) {
-        m_lost = true;
-        m_lostAt = now;
-        ++m_counts.losses;
-        m_report.message("lost " + m_camera.selector() + " after frame " +
-                         std::to_string(m_counts.frames) +
+std::optional<GrabEnd> CGrabRun::onLost(const WaitOutcome& outcome) {
+    if (outcome.end == WaitEnd::Lost) {
+        m_report.message(lostLine(m_camera.selector(), m_counts.frames) +
                          (m_plan.patience > 0.0 ? "; searching ..." : ""));
     }
-    if (now - m_lostAt >= m_plan.patience) {
+    if (m_waits.secondsLost() >= m_plan.patience) {
         return GrabEnd::Lost;
     }
-    m_system.sleep(searchPause);
+    m_waits.pause();
     return std::nullopt;
 }
 
-void CGrabRun::onBack() {
-    const double now = m_system.seconds();
-    m_lost = false;
-    m_lostBefore += now - m_lostAt;
-    m_lastSign = now;
-    m_report.message("restored after " + fixedText(now - m_lostAt, 1) + " s");
+// What came so far is of a camera as after power-up.
+std::optional<GrabEnd> CGrabRun::mend(CFrameBuffer& buffer, const WaitOutcome& outcome) {
+    if (outcome.end == WaitEnd::Frame && m_waits.copy(buffer)) {
+        drop();
+    }
+    m_hooks.onRestored();
+    return outcome.end == WaitEnd::TimedOut ? onTimeout() : std::nullopt;
+}
+
+void CGrabRun::drop() {
+    m_counts.dropped = m_counts.dropped.value_or(0) + 1;
 }
 
 std::optional<GrabEnd> CGrabRun::onTimeout() {
-    ++m_counts.timeouts;
-    m_secondsWithoutFrame = m_system.seconds() - m_lastSign;
+    m_mayBeOld = m_plan.fresh;
+    m_secondsWithoutFrame = m_waits.secondsWithoutFrame();
     if (m_secondsWithoutFrame >= m_plan.timeout) {
         return GrabEnd::TimedOut;
     }
     return std::nullopt;
 }
 
-void CGrabRun::takeFrame(CFrameBuffer& buffer) {
-    const FrameReply copy = m_camera.copyFrame(buffer.data());
-    if (copy.status != HOST_STATUS_DONE) {
-        ++m_counts.timeouts;
+// A frame that lay ready when it was waited for: at the start, after a time-out, after a loss.
+bool CGrabRun::isOld(const WaitOutcome& outcome) {
+    m_mayBeOld = m_mayBeOld && outcome.seconds < tooShortToBeNew && m_oldInARow < mostOldInARow;
+    m_oldInARow = m_mayBeOld ? m_oldInARow + 1 : 0;
+    return m_mayBeOld;
+}
+
+void CGrabRun::takeFrame(CFrameBuffer& buffer, const WaitOutcome& outcome) {
+    if (!m_waits.copy(buffer)) {
         return;
     }
-    m_lastSign = m_system.seconds();
-    if (m_counts.frames + m_counts.skipped == 0) {
-        m_firstFrameAt = m_lastSign;
-        m_lostBeforeFirst = m_lostBefore;
+    if (isOld(outcome)) {
+        drop();
+        return;
     }
-    m_counts.liveSpan = m_lastSign - m_firstFrameAt - (m_lostBefore - m_lostBeforeFirst);
+    m_waits.noteFrame();
     if (m_counts.skipped < m_plan.skip) {
         ++m_counts.skipped;
         return;
@@ -267,20 +284,14 @@ PngTexts CGrabRun::describeFrame() const {
     return texts;
 }
 
-void CGrabRun::updateTimes() {
-    const double now = m_system.seconds();
-    m_counts.seconds = now - m_started;
-    m_counts.lostSeconds = m_lostBefore + (m_lost ? now - m_lostAt : 0.0);
-}
-
 void CGrabRun::showProgress() {
     const double now = m_system.seconds();
     const double pause = m_report.terminal() ? progressOnTerminal : progressInLog;
-    if (now - m_lastProgress < pause || m_lost) {
+    if (now - m_lastProgress < pause || m_waits.isLost()) {
         return;
     }
     m_lastProgress = now;
-    updateTimes();
+    m_waits.updateTimes();
     m_report.progress(progressLine(m_counts));
 }
 

@@ -3,6 +3,7 @@
 // time is up, the camera is lost for good, or the user ends it. Portable.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,6 +12,7 @@
 #include "camhost/base/report.h"
 #include "camhost/base/system.h"
 #include "camhost/camera/record_channel.h"
+#include "camhost/grab/frame_waits.h"
 #include "camhost/grab/grab_counts.h"
 #include "camhost/grab/grab_plan.h"
 #include "camhost/grab/live_video.h"
@@ -25,11 +27,17 @@ struct VideoFormats {
     bool areAllGrey = false;  // so there is no mosaic in its raw frames
 };
 
-enum class GrabEnd { Complete, TimedOut, Lost, Interrupted };
+// What else is done while a grab runs; between two waits, so that no frame is taken meanwhile.
+struct GrabHooks {
+    std::function<void()> betweenWaits{};
+    // The camera is back; the frame that ended the loss is dropped.
+    std::function<void()> onRestored{};
+};
 
 class CGrabRun {
 public:
-    CGrabRun(CRecordChannel& camera, const GrabPlan& plan, CSystem& system, CReport& report);
+    CGrabRun(CRecordChannel& camera, const GrabPlan& plan, CSystem& system, CReport& report,
+             GrabHooks hooks = {});
 
     // Starts, loops and stops. What is refused leaves as a Failure, after the
     // video was stopped.
@@ -51,10 +59,12 @@ private:
     FrameLayout readLayout();
     GrabEnd loop(CFrameBuffer& buffer);
     std::optional<GrabEnd> step(CFrameBuffer& buffer);
-    std::optional<GrabEnd> onLost();
+    std::optional<GrabEnd> onLost(const WaitOutcome& outcome);
     std::optional<GrabEnd> onTimeout();
-    void onBack();
-    void takeFrame(CFrameBuffer& buffer);
+    std::optional<GrabEnd> mend(CFrameBuffer& buffer, const WaitOutcome& outcome);
+    void drop();
+    bool isOld(const WaitOutcome& outcome);
+    void takeFrame(CFrameBuffer& buffer, const WaitOutcome& outcome);
     void store(const CFrameBuffer& buffer);
     void startWriting();
     void finishWriting();
@@ -62,26 +72,22 @@ private:
     GrabEnd grab(CLiveVideo& video);
     PngTexts describeFrame() const;
     void showProgress();
-    void updateTimes();
 
     CRecordChannel& m_camera;
     const GrabPlan& m_plan;
     CSystem& m_system;
     CReport& m_report;
+    GrabHooks m_hooks;
     GrabCounts m_counts;
+    CFrameWaits m_waits;
     FrameLayout m_layout;
     VideoFormats m_formats;
     std::vector<std::string> m_files;
     std::unique_ptr<CPictureWriter> m_writer;  // none when nothing is stored
-    double m_started = 0.0;
-    double m_lastSign = 0.0;  // of the last frame, start or return of the camera
-    double m_lostAt = 0.0;
-    double m_lostBefore = 0.0;  // seconds of the losses that are over
     double m_lastProgress = 0.0;
-    double m_firstFrameAt = 0.0;
-    double m_lostBeforeFirst = 0.0;  // seconds of losses before the first frame
     double m_secondsWithoutFrame = 0.0;
-    bool m_lost = false;
+    int m_oldInARow = 0;
+    bool m_mayBeOld = false;  // a frame may lie ready that is older than its wait
     bool m_hasBegun = false;
 };
 

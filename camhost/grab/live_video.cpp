@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "camhost/grab/live_video.h"
 
-#include "camhost/base/failure.h"
+#include <string>
 
 namespace camhost {
 
@@ -28,6 +28,16 @@ CLiveVideo::~CLiveVideo() {
 void CLiveVideo::stop() {
     m_live = false;
     m_camera.stop();
+}
+
+Failure badSize(const FrameLayout& layout) {
+    return {.code = "bad_size",
+            .message = "the camera reports a picture of " + std::to_string(layout.width) + "x" +
+                       std::to_string(layout.height)};
+}
+
+Failure wrotePastBuffer() {
+    return {.code = "internal", .message = "the adapter wrote past the frame buffer"};
 }
 
 }  // namespace camhost

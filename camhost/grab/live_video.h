@@ -2,7 +2,9 @@
 // Live video of one camera, stopped whichever way a grab ends. Portable.
 #pragma once
 
+#include "camhost/base/failure.h"
 #include "camhost/camera/record_channel.h"
+#include "camhost/pictures/frame_layout.h"
 
 namespace camhost {
 
@@ -21,5 +23,9 @@ private:
     CRecordChannel& m_camera;
     bool m_live = true;
 };
+
+// Of an adapter that reports a size that can not be, or copied too much.
+Failure badSize(const FrameLayout& layout);
+Failure wrotePastBuffer();
 
 }  // namespace camhost

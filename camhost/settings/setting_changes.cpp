@@ -68,9 +68,9 @@ CSettingChanges::CSettingChanges(CRecordChannel& channel, CSettings& settings, C
       m_report(report),
       m_forms{.prefix = std::move(hintPrefix)} {}
 
-void CSettingChanges::becomeAGrabs() {
+void CSettingChanges::becomeARuns(const std::string& command) {
     m_asMessages = true;
-    m_forms.manual = " grab --manual --set ";
+    m_forms.manual = " " + command + " --manual --set ";
 }
 
 void CSettingChanges::applyAll(const std::vector<Assignment>& assignments,

@@ -32,9 +32,9 @@ public:
     CSettingChanges(CRecordChannel& channel, CSettings& settings, CReport& report,
                     std::string hintPrefix);
 
-    // The changes are a grab's: "key: old -> new" goes among the messages instead of the
-    // results, and hints are grabs.
-    void becomeAGrabs();
+    // The changes are those of a command that runs on, such as "grab": "key: old -> new"
+    // goes among the messages instead of the results, and hints are of that command.
+    void becomeARuns(const std::string& command);
 
     // Checks all, then sets one after the other, each with a read-back and "key: old ->
     // new". Throws what is refused; what was set before that is put back.

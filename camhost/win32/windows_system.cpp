@@ -35,6 +35,13 @@ BOOL WINAPI onConsoleSignal(DWORD signal) {
     return TRUE;
 }
 
+double secondsOf(const FILETIME& time) {
+    constexpr double perSecond = 1e7;
+    const std::uint64_t ticks =
+        (static_cast<std::uint64_t>(time.dwHighDateTime) << 32U) | time.dwLowDateTime;
+    return static_cast<double>(ticks) / perSecond;
+}
+
 }  // namespace
 
 CWindowsSystem::CWindowsSystem() {
@@ -129,6 +136,17 @@ std::optional<ProcessResources> CWindowsSystem::resources() {
     }
     CloseHandle(snapshot);
     return ProcessResources{handles, threads};
+}
+
+std::optional<double> CWindowsSystem::processorSeconds() {
+    FILETIME created{};
+    FILETIME ended{};
+    FILETIME kernel{};
+    FILETIME user{};
+    if (GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user) == FALSE) {
+        return std::nullopt;
+    }
+    return secondsOf(kernel) + secondsOf(user);
 }
 
 double CWindowsSystem::seconds() {

@@ -26,6 +26,7 @@ public:
     void guardDialogs(bool on) override;
     std::vector<Dialog> dialogsClosed() override;
     std::optional<ProcessResources> resources() override;
+    std::optional<double> processorSeconds() override;
     double seconds() override;
     void sleep(std::uint32_t milliseconds) override;
     bool interrupted() override;

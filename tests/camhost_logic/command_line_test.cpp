@@ -84,7 +84,7 @@ TEST(CommandLine, GrabOptionsAreRead) {
     EXPECT_EQ(grab.onLoss, "wait");
     EXPECT_EQ(grab.format, "none");
     EXPECT_EQ(grab.demosaic, "fast");
-    EXPECT_EQ(grab.pixelFormat, "raw8");
+    EXPECT_EQ(grab.first.pixelFormat, "raw8");
 }
 
 struct Wrong {

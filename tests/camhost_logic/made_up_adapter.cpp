@@ -165,7 +165,7 @@ std::int32_t imageInfo(char* message, void* context, ImageInfo* image, std::uint
 std::int32_t start(char* message, void* context) {
     MadeUpCamera& camera = cameraOf(context);
     camera.log.emplace_back("start");
-    if (camera.startRefused) {
+    if (camera.startRefused || camera.mostStarts-- <= 0) {
         copyText(message, "no bandwidth");
         return 1;
     }
@@ -187,6 +187,9 @@ std::int32_t waitFrame(char* message, void* context, std::uint32_t* status) {
         camera.waits.pop_front();
     }
     current->time += wait.seconds;
+    for (const auto& [key, text] : wait.values) {
+        camera.values[key] = text;
+    }
     *status = wait.status;
     if (!wait.message.empty()) {
         copyText(message, wait.message);
@@ -196,6 +199,7 @@ std::int32_t waitFrame(char* message, void* context, std::uint32_t* status) {
 
 std::int32_t copyFrame(char*, void* context, void* destination, std::uint32_t* status) {
     const MadeUpCamera& camera = cameraOf(context);
+    current->time += camera.copySeconds;
     auto* bytes = static_cast<std::uint8_t*>(destination);
     std::copy(camera.frame.begin(), camera.frame.end(), bytes);
     std::fill_n(bytes + camera.frame.size(), camera.overrun, std::uint8_t{1});

@@ -20,6 +20,7 @@ struct Wait {
     std::uint32_t status = 0;
     double seconds = 0.0;
     std::string message;
+    std::map<std::string, std::string> values{};  // that the settings have from then on
 };
 
 struct MadeUpCamera {
@@ -40,9 +41,11 @@ struct MadeUpCamera {
     bool missing = false;
     bool noLists = false;  // not even an end of the numbered lists
     bool startRefused = false;
+    int mostStarts = 1000;  // those behind are refused
 
     std::deque<Wait> waits;  // then frames without end
     std::vector<std::uint8_t> frame;
+    double copySeconds = 0.0;
     std::size_t overrun = 0;      // bytes that a copy writes too many
     std::size_t textOverrun = 0;  // bytes that a read writes too many
 
@@ -86,6 +89,8 @@ public:
     void guardDialogs(bool on) override { guarded.push_back(on); }
     std::vector<Dialog> dialogsClosed() override { return dialogs; }
     std::optional<ProcessResources> resources() override { return held; }
+    // A quarter of the time.
+    std::optional<double> processorSeconds() override { return time / 4.0; }
     double seconds() override { return time; }
     void sleep(std::uint32_t milliseconds) override { time += milliseconds / 1000.0; }
     bool interrupted() override { return interruptAfter >= 0.0 && time >= interruptAfter; }
