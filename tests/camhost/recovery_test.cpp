@@ -40,10 +40,11 @@ Outcome grabWith(const std::string& events, std::vector<std::string> arguments) 
     return withCameras(cameraWith("A1", events), std::move(arguments));
 }
 
+// Of the document, which is the last line.
 CJson resultOf(const Outcome& outcome) {
     std::string reason;
-    const std::vector<std::string> lines = split(outcome.out, '\n');
-    const auto json = CJson::parse(lines.empty() ? "" : lines.back(), reason);
+    const std::string text = outcome.out.substr(0, outcome.out.size() - 1);
+    const auto json = CJson::parse(text.substr(text.rfind('\n') + 1), reason);
     EXPECT_TRUE(json) << reason << ": " << outcome.out;
     return json.value_or(CJson()).find("result").value_or(CJson());
 }

@@ -51,7 +51,7 @@ TEST_F(Watch, ALossAndItsEndAreTold) {
     EXPECT_EQ(watch({"-t", "1"}).out,
               begin + std::string("    0.125  lost after frame 1; searching ...\n"
                                   "    0.650  restored after 0.5 s\n"
-                                  "watched for 1.0 s: 5 frames, 11.4 fps while live, timeouts 0, "
+                                  "watched for 1.0 s: 5 frames, 10.7 fps while live, timeouts 0, "
                                   "lost 1 (0.5 s), changes 0\n"));
     camera().waits = {frame, lost, lost, frame};
     const Outcome outcome = watch({"-t", "0.6", "--json"});
@@ -70,7 +70,7 @@ TEST_F(Watch, TimeoutsInARowAreToldOnceWithTheirEnd) {
     EXPECT_EQ(watch({"-t", "2.2"}).out,
               begin + std::string("    1.125  time-out: no frame in 1.0 s\n"
                                   "    2.250  frames again after 2.1 s, time-outs 2\n"
-                                  "watched for 2.3 s: 2 frames, 0.5 fps while live, timeouts 2, "
+                                  "watched for 2.2 s: 2 frames, 0.5 fps while live, timeouts 2, "
                                   "lost 0, changes 0\n"));
     camera().waits = {frame, timeout, timeout, frame};
     camera().values["trigger enable switch"] = "true";
