@@ -113,12 +113,15 @@ Reply CRecordChannel::imageInfo(ImageInfo& image, std::uint32_t& status) {
     });
 }
 
-bool CRecordChannel::neverOpened() {
+bool CRecordChannel::hasDevice() {
     ImageInfo image{};
     std::uint32_t status = 0;
+    return imageInfo(image, status).done() || status != HOST_STATUS_NO_DEVICE;
+}
+
+bool CRecordChannel::neverOpened() {
     std::string first;
-    return !imageInfo(image, status).done() && status == HOST_STATUS_NO_DEVICE &&
-           !getValue("feature_1", first).done();
+    return !hasDevice() && !getValue("feature_1", first).done();
 }
 
 ImageInfo CRecordChannel::readImageInfo() {

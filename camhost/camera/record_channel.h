@@ -49,6 +49,9 @@ public:
     // Whether the adapter knows it as a camera that it could not open: there is no device,
     // nor a single setting, which a lost camera keeps.
     bool neverOpened();
+    // False as soon as the camera is gone: earlier than a wait tells, and settings that are
+    // read from then on may be empty.
+    bool hasDevice();
     // Throws a Failure that tells a lost camera from a refusal.
     ImageInfo readImageInfo();
     Reply start();

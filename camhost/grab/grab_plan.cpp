@@ -84,16 +84,16 @@ CFilePattern namesOf(const GrabOptions& options, PictureFormat format) {
 
 }  // namespace
 
-double patienceOf(const std::string& text) {
-    if (text == "wait") {
+double patienceOf(const std::string& onLoss) {
+    if (onLoss == "wait") {
         return std::numeric_limits<double>::infinity();
     }
-    if (text == "fail") {
+    if (onLoss == "fail") {
         return 0.0;
     }
-    const auto seconds = wholeNumber(text);
+    const auto seconds = wholeNumber(onLoss);
     if (!seconds || *seconds < 0.0) {
-        throw usage("--on-loss takes wait, fail or seconds, not \"" + text + "\"");
+        throw usage("--on-loss takes wait, fail or seconds, not \"" + onLoss + "\"");
     }
     return *seconds;
 }

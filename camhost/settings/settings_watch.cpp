@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "camhost/settings/settings_watch.h"
 
+#include <utility>
+
 #include "camhost/camera/adapter_call.h"
 
 namespace camhost {
@@ -37,21 +39,31 @@ std::optional<std::string> CSettingsWatch::read(const std::string& key) {
 }
 
 std::vector<SettingMove> CSettingsWatch::step() {
-    std::vector<SettingMove> moves;
     const double began = m_system.seconds();
     if (m_next == m_settings.size()) {
         if (began - m_roundBegan < betweenRounds) {
-            return moves;
+            return {};
         }
         m_next = 0;
         m_roundBegan = began;
     }
-    while (m_next < m_settings.size() && m_system.seconds() - began < mostAtOnce) {
-        WatchedSetting& setting = m_settings[m_next++];
-        if (const auto text = read(setting.key); text && *text != setting.text) {
-            moves.push_back({setting.key, setting.text, *text});
-            setting.text = *text;
+    std::size_t next = m_next;
+    std::vector<std::pair<WatchedSetting*, std::string>> news;
+    while (next < m_settings.size() && m_system.seconds() - began < mostAtOnce) {
+        WatchedSetting& setting = m_settings[next++];
+        if (auto text = read(setting.key); text && *text != setting.text) {
+            news.emplace_back(&setting, std::move(*text));
         }
+    }
+    // A camera that goes away meanwhile may leave empty texts.
+    if (!news.empty() && !m_camera.hasDevice()) {
+        return {};
+    }
+    m_next = next;
+    std::vector<SettingMove> moves;
+    for (auto& [setting, text] : news) {
+        moves.push_back({setting->key, setting->text, text});
+        setting->text = std::move(text);
     }
     return moves;
 }

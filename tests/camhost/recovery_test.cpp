@@ -18,8 +18,7 @@ using testing::StartsWith;
 // A camera with a gain, and what happens to it.
 std::string cameraWith(const std::string& serial, const std::string& events) {
     return "[[camera]]\nname = \"SIM Loose\"\nserial = \"" + serial +
-           "\"\nformats = [\"Y800 (64x48)\", \"RGB24 (64x48)\"]\n"
-           "format = \"Y800 (64x48)\"\nframerates = [60.0, 30.0]\n"
+           "\"\nformats = [\"Y800 (32x24)\", \"Y800 (64x48)\"]\nframerates = [60.0, 30.0]\n"
            "[[camera.item]]\nname = \"Gain\"\n"
            "Value.range = { min = 0, max = 100, value = 10 }\n" +
            events;
@@ -71,7 +70,7 @@ TEST(CamhostRecovery, OnLossSecondsEndWhenTheyAreOver) {
     EXPECT_EQ(outcome.exit, 5);
     EXPECT_THAT(outcome.err, HasSubstr("; searching ...\n"));
     EXPECT_THAT(outcome.err, Not(HasSubstr("restored")));
-    EXPECT_THAT(outcome.out, testing::ContainsRegex(", lost 1 \\(1\\.[0-9] s\\), Mono8"));
+    EXPECT_THAT(outcome.out, HasSubstr(", lost 1 (1."));
 }
 
 TEST(CamhostRecovery, OnLossSecondsAreEnoughForAShorterLoss) {
@@ -96,10 +95,10 @@ TEST(CamhostRecovery, SettingsAreWrittenAgainAfterALoss) {
 TEST(CamhostRecovery, AFormatThatTheCameraLostIsWrittenAgain) {
     const Outcome outcome = grabWith(
         "[[camera.event]]\nframe = 20\ndo = \"unplug\"\nfor = 1.6\n"
-        "format = \"RGB24 (64x48)\"\n",
+        "format = \"Y800 (32x24)\"\n",
         {"-n", "40", "--reapply"});
     EXPECT_EQ(outcome.exit, 0) << outcome.err;
-    EXPECT_THAT(outcome.err, HasSubstr("\nvideoformat: RGB24 (64x48) -> Y800 (64x48)\n"));
+    EXPECT_THAT(outcome.err, HasSubstr("\nvideoformat: Y800 (32x24) -> Y800 (64x48)\n"));
     EXPECT_THAT(outcome.out, StartsWith("done: 40 frames in "));
 }
 

@@ -21,6 +21,7 @@ struct Wait {
     double seconds = 0.0;
     std::string message;
     std::map<std::string, std::string> values{};  // that the settings have from then on
+    bool missing = false;                         // the camera is gone, which the next wait tells
 };
 
 struct MadeUpCamera {

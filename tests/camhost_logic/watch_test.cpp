@@ -132,6 +132,19 @@ TEST_F(Watch, TheSettingsOfACameraThatIsBackAreToldAsTheyAre) {
                                   "lost 1 (0.3 s), changes 1\n"));
 }
 
+TEST_F(Watch, SettingsOfACameraThatIsGoneAreNotRead) {
+    camera().waits = {frame, timeout, lost, frame};
+    camera().waits[1].values = {{"framerate", "0.000000"}, {"videoformat", ""}};
+    camera().waits[1].missing = true;
+    camera().waits[3].values = {{"framerate", "30.000000"}, {"videoformat", "Y800 (4x2)"}};
+    EXPECT_EQ(watch({"-t", "2"}).out,
+              begin + std::string("    1.125  time-out: no frame in 1.0 s\n"
+                                  "    1.125  lost after frame 1; searching ...\n"
+                                  "    1.450  restored after 0.3 s\n"
+                                  "watched for 2.1 s: 7 frames, 3.6 fps while live, timeouts 1, "
+                                  "lost 1 (0.3 s), changes 0\n"));
+}
+
 TEST_F(Watch, CtrlCIsItsCommonEnd) {
     m_system.interruptAfter = m_system.time + 0.95;
     const Outcome outcome = watch({});
