@@ -187,7 +187,7 @@ std::int32_t waitFrame(char* message, void* context, std::uint32_t* status) {
         camera.waits.pop_front();
     }
     current->time += wait.seconds;
-    camera.missing = wait.missing || wait.status == HOST_STATUS_NO_DEVICE;
+    camera.missing = wait.missing;
     for (const auto& [key, text] : wait.values) {
         camera.values[key] = text;
     }

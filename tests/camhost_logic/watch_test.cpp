@@ -141,7 +141,7 @@ TEST_F(Watch, SettingsOfACameraThatIsGoneAreNotRead) {
               begin + std::string("    1.125  time-out: no frame in 1.0 s\n"
                                   "    1.125  lost after frame 1; searching ...\n"
                                   "    1.450  restored after 0.3 s\n"
-                                  "watched for 2.1 s: 7 frames, 3.6 fps while live, timeouts 1, "
+                                  "watched for 2.1 s: 7 frames, 3.7 fps while live, timeouts 1, "
                                   "lost 1 (0.3 s), changes 0\n"));
 }
 
