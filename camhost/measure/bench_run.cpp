@@ -10,8 +10,6 @@ namespace camhost {
 
 namespace {
 
-constexpr double betweenLines = 1.0;  // seconds
-
 std::optional<double> spent(const std::optional<double>& now, const std::optional<double>& then) {
     return now && then ? std::optional(*now - *then) : std::nullopt;
 }
@@ -160,12 +158,14 @@ void CBenchRun::takeFrame(CFrameBuffer& buffer, const WaitOutcome& outcome) {
 }
 
 void CBenchRun::tellSecond() {
-    const double now = m_system.seconds();
-    if (now - m_secondBegan < betweenLines) {
+    const double elapsed = m_waits.secondsSinceBegin();
+    if (elapsed < m_nextLine) {
         return;
     }
+    const double now = m_system.seconds();
     const auto processor = m_system.processorSeconds();
-    m_second.at = m_waits.secondsSinceBegin();
+    m_nextLine = std::floor(elapsed) + 1.0;
+    m_second.at = elapsed;
     m_second.seconds = now - m_secondBegan;
     m_second.processorSeconds = spent(processor, m_processorAtSecond);
     m_report.message(secondLine(m_second, m_figures.counts));

@@ -57,6 +57,7 @@ private:
     double m_lastCopy = 0.0;
     BenchSecond m_second;  // the one that is running
     double m_secondBegan = 0.0;
+    double m_nextLine = 1.0;  // seconds from the start
     std::optional<double> m_processorAtStart;
     std::optional<double> m_processorAtSecond;
     double m_secondsWithoutFrame = 0.0;

@@ -47,7 +47,9 @@ TEST_F(Bench, ALineASecondIsAMessage) {
     EXPECT_EQ(bench({"-t", "3"}).err,
               "   1.1 s  1 frames  0.9 fps  0.0 MiB/s  wait 125.0 ms  copy 0.0 ms  cpu 25 %  "
               "timeouts 1  lost 0\n"
-              "   2.1 s  8 frames  8.0 fps  0.0 MiB/s  wait 125.0 ms  copy 0.0 ms  cpu 25 %  "
+              "   2.0 s  7 frames  8.0 fps  0.0 MiB/s  wait 125.0 ms  copy 0.0 ms  cpu 25 %  "
+              "timeouts 1  lost 0\n"
+              "   3.0 s  8 frames  8.0 fps  0.0 MiB/s  wait 125.0 ms  copy 0.0 ms  cpu 25 %  "
               "timeouts 1  lost 0\n");
     camera().waits = {timeout};
     EXPECT_EQ(bench({"-q", "-t", "1.5"}).err, "");
