@@ -26,7 +26,7 @@ std::string secondsText(double seconds) {
 
 }  // namespace
 
-void CWatchEvents::tell(const char* event, double at, const std::string& text, CJson facts) {
+void CWatchEvents::tell(const char* event, double at, const std::string& text, const CJson& facts) {
     m_report.line(timeText(at) + "  " + text);
     CJson json =
         CJson::object({{"schema", "camhost/1"}, {"event", event}, {"seconds", milliseconds(at)}});

@@ -29,7 +29,7 @@ public:
     std::uint64_t changes() const { return m_changes; }
 
 private:
-    void tell(const char* event, double at, const std::string& text, CJson facts);
+    void tell(const char* event, double at, const std::string& text, const CJson& facts);
 
     CReport& m_report;
     std::uint64_t m_changes = 0;
