@@ -1,70 +1,11 @@
 // SPDX-License-Identifier: MIT
 // camhost diff: what the camera's settings and a saved file do not share.
-#include <algorithm>
-#include <optional>
-
 #include "camhost/base/files.h"
 #include "camhost/base/texts.h"
 #include "camhost/commands/define_command.h"
-#include "camhost/settings/settings.h"
-#include "camhost/settings/settings_file.h"
-#include "camhost/settings/value_guards.h"
+#include "camhost/settings/settings_compare.h"
 
 namespace camhost {
-
-namespace {
-
-class CDiff {
-public:
-    explicit CDiff(CReport& report) : m_report(report) {}
-
-    void add(const std::string& key, const std::optional<std::string>& saved,
-             const std::optional<std::string>& now) {
-        m_report.line(key + ": " + printable(saved.value_or("(not in the file)")) + " -> " +
-                      printable(now.value_or("(not in the camera)")));
-        CJson difference = CJson::object({{"key", key}});
-        if (saved) {
-            difference.set("saved", *saved);
-        }
-        if (now) {
-            difference.set("now", *now);
-        }
-        m_list.add(std::move(difference));
-        ++m_count;
-    }
-    int count() const { return m_count; }
-    const CJson& json() const { return m_list; }
-
-private:
-    CReport& m_report;
-    CJson m_list = CJson::array();
-    int m_count = 0;
-};
-
-void compareSaved(const SettingsFile& file, CSettings& settings, CDiff& diff) {
-    for (const auto& [key, saved] : file.settings) {
-        if (!settings.hasKey(key)) {
-            diff.add(key, saved, std::nullopt);
-            continue;
-        }
-        const Setting now = settings.read(key);
-        if (!now.problem.empty() || !sameValue(now.type, saved, now.text)) {
-            diff.add(key, saved, now.text);
-        }
-    }
-}
-
-void findUnsaved(const SettingsFile& file, CSettings& settings, CDiff& diff) {
-    for (const std::string& key : settings.keys()) {
-        const bool saved = std::any_of(file.settings.begin(), file.settings.end(),
-                                       [&](const auto& setting) { return setting.first == key; });
-        if (!saved && loadStage(key)) {
-            diff.add(key, std::nullopt, settings.read(key).text);
-        }
-    }
-}
-
-}  // namespace
 
 class CDiffCommand : public CCommand {
 public:
@@ -85,13 +26,18 @@ public:
             context.report.warning("the file is of camera " + file.serial + " (" + file.name + ")");
         }
         CSettings settings(*context.camera, context.hintPrefix);
-        CDiff diff(context.report);
-        compareSaved(file, settings, diff);
-        findUnsaved(file, settings, diff);
-        context.report.setResult(diff.json());
-        context.report.message(diff.count() == 0 ? "no differences"
-                                                 : std::to_string(diff.count()) + " differences");
-        return m_strict && diff.count() > 0 ? ExitCode::Partial : ExitCode::Done;
+        CJson list = CJson::array();
+        const std::vector<SettingDifference> found = differencesFrom(file, settings);
+        for (const SettingDifference& each : found) {
+            context.report.line(each.key + ": " +
+                                printable(each.saved.value_or("(not in the file)")) + " -> " +
+                                printable(each.now.value_or("(not in the camera)")));
+            list.add(differenceJson(each));
+        }
+        context.report.setResult(std::move(list));
+        context.report.message(found.empty() ? "no differences"
+                                             : std::to_string(found.size()) + " differences");
+        return m_strict && !found.empty() ? ExitCode::Partial : ExitCode::Done;
     }
 
 private:

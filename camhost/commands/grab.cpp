@@ -48,13 +48,9 @@ CJson resultJson(const CGrabRun& run, const CReappliedSettings* reapplied) {
 
 VideoFormats formatsOf(CSettings& settings) {
     constexpr const char* key = "videoformat";
-    VideoFormats formats{settings.read(key).text};
-    if (settings.hasKey(key)) {
-        const std::vector<std::string> choices = settings.choices(key);
-        formats.areAllGrey = !isMadeFromColours(formats.current) &&
-                             std::none_of(choices.begin(), choices.end(), isMadeFromColours);
-    }
-    return formats;
+    return videoFormatsOf(settings.read(key).text, settings.hasKey(key)
+                                                       ? std::optional(settings.choices(key))
+                                                       : std::nullopt);
 }
 
 // Which files there are now, by the first and the last.

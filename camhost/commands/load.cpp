@@ -31,10 +31,10 @@ public:
         CSettingsLoad load(context.report, settings, changes);
         load.run(file);
         context.report.setResult(changes.json());
-        if (load.problems() > 0) {
+        if (!load.problems().empty()) {
             context.report.failure({.exit = ExitCode::Partial,
                                     .code = "partial",
-                                    .message = std::to_string(load.problems()) + " of " +
+                                    .message = std::to_string(load.problems().size()) + " of " +
                                                std::to_string(file.settings.size()) +
                                                " saved settings could not be set"});
             return ExitCode::Partial;

@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: MIT
 // camhost props: the settings and actions of one camera, one line each.
-#include <algorithm>
-#include <utility>
-
 #include "camhost/base/name_search.h"
 #include "camhost/commands/define_command.h"
 #include "camhost/settings/setting_json.h"
@@ -40,21 +37,8 @@ public:
     }
 
 private:
-    // Formats by number in the order of their numbers, which that of texts is not.
-    static void sortFormats(std::vector<std::string>& keys) {
-        const auto isFormat = [](const std::string& key) {
-            return keyKind(key) == KeyKind::FormatAt;
-        };
-        const auto first = std::find_if(keys.begin(), keys.end(), isFormat);
-        const auto last = std::find_if_not(first, keys.end(), isFormat);
-        std::sort(first, last, [](const std::string& a, const std::string& b) {
-            return std::pair(a.size(), a) < std::pair(b.size(), b);
-        });
-    }
-
     std::vector<Setting> collect(CSettings& settings) const {
-        std::vector<std::string> keys = settings.keys();
-        sortFormats(keys);
+        std::vector<std::string> keys = settings.keysInOrder();
         if (m_all) {
             const std::vector<std::string> entries = settings.listEntries();
             keys.insert(keys.end(), entries.begin(), entries.end());

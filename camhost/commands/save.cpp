@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 // camhost save: everything that can be set, written to a file.
 #include "camhost/base/files.h"
-#include "camhost/base/texts.h"
 #include "camhost/commands/define_command.h"
-#include "camhost/settings/settings.h"
-#include "camhost/settings/settings_file.h"
+#include "camhost/settings/settings_compare.h"
 
 namespace camhost {
 
@@ -21,7 +19,9 @@ public:
     }
 
     ExitCode run(CommandContext& context) override {
-        const SettingsFile file = readAll(context);
+        CSettings settings(*context.camera, context.hintPrefix);
+        const SettingsFile file =
+            readSettingsFile(*context.camera, settings, context.system.utcDate(), context.report);
         writeTextFile(m_file, settingsFileText(file));
         context.report.line("saved " + std::to_string(file.settings.size()) + " settings of " +
                             context.camera->selector() + " to " + m_file);
@@ -31,24 +31,6 @@ public:
     }
 
 private:
-    static SettingsFile readAll(CommandContext& context) {
-        CSettings settings(*context.camera, context.hintPrefix);
-        SettingsFile file{
-            context.camera->serial(), context.camera->name(), context.system.utcDate(), {}};
-        for (const std::string& key : settings.keys()) {
-            if (!loadStage(key)) {
-                continue;
-            }
-            const Setting setting = settings.read(key);
-            if (setting.problem.empty()) {
-                file.settings.emplace_back(key, setting.text);
-            } else {
-                context.report.warning(key + " left out: " + printable(setting.problem));
-            }
-        }
-        return file;
-    }
-
     std::string m_file;
 };
 

@@ -251,37 +251,16 @@ void CGrabRun::store(const CFrameBuffer& buffer) {
 }
 
 std::optional<BayerOrder> CGrabRun::bayer() const {
-    if (m_layout.pixelType != HOST_PIXEL_RAW8) {
-        return std::nullopt;
-    }
-    if (m_plan.bayer || m_formats.areAllGrey) {
-        return m_plan.bayer;
-    }
-    return assumedBayer(m_formats.current, m_layout.height);
+    return bayerOf(m_layout, m_formats, m_plan.bayer);
 }
 
 std::string CGrabRun::pixelText() const {
-    std::string text(pixelTypeName(m_layout.pixelType));
-    if (const auto order = bayer()) {
-        text +=
-            " " + std::string(bayerName(*order)) + (m_plan.bayer ? " as chosen" : " as delivered");
-    }
-    return text;
+    return camhost::pixelText(m_layout, bayer(), m_plan.bayer.has_value());
 }
 
 PngTexts CGrabRun::describeFrame() const {
-    PngTexts texts{{"Software", "camhost"},
-                   {"PixelType", std::string(pixelTypeName(m_layout.pixelType))}};
-    if (const auto order = bayer()) {
-        texts.emplace_back("BayerOrder", bayerName(*order));
-        if (m_plan.demosaic) {
-            texts.emplace_back("Demosaic", "fast");
-        }
-    }
-    texts.emplace_back("RowOrder", rowOrderText(m_layout.pixelType));
-    texts.emplace_back("CameraSerial", m_camera.serial());
-    texts.emplace_back("FrameNumber", std::to_string(m_counts.skipped + m_counts.frames));
-    return texts;
+    return frameTexts(m_layout, bayer(), m_plan.demosaic, m_camera.serial(),
+                      m_counts.skipped + m_counts.frames);
 }
 
 void CGrabRun::showProgress() {

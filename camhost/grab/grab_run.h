@@ -17,15 +17,10 @@
 #include "camhost/grab/grab_plan.h"
 #include "camhost/grab/live_video.h"
 #include "camhost/pictures/frame_buffer.h"
+#include "camhost/pictures/frame_texts.h"
 #include "camhost/pictures/picture_writer.h"
 
 namespace camhost {
-
-// What the camera tells of its formats.
-struct VideoFormats {
-    std::string current;
-    bool areAllGrey = false;  // so there is no mosaic in its raw frames
-};
 
 // What else is done while a grab runs; between two waits, so that no frame is taken meanwhile.
 struct GrabHooks {

@@ -15,6 +15,8 @@ struct FrameLayout {
     // A raw frame that the adapter made from colours, pair by pair: its rows are
     // an even number of bytes apart.
     bool madeFromColours = false;
+
+    bool operator==(const FrameLayout&) const = default;
 };
 
 // "Mono8", "Raw8", "RGB24", or "unknown".

@@ -27,6 +27,11 @@ constexpr std::array<std::pair<std::string_view, KeyKind>, 4> suffixes{{
     {" strings", KeyKind::Strings},
 }};
 
+// Elements of two words; any other is the one word behind its item.
+constexpr std::array<std::string_view, 7> longElements{
+    " one push",       " x offset",       " y offset",      " software trigger",
+    " auto reference", " auto max value", " auto min value"};
+
 constexpr std::array<std::string_view, 6> hiddenTexts{"binning", " min",    " max",
                                                       "feature", "execute", "_"};
 
@@ -159,6 +164,27 @@ std::optional<std::string> autoSwitchFor(std::string_view key,
         }
     }
     return best;
+}
+
+std::string_view itemOfKey(std::string_view key) {
+    std::string_view bare = key;
+    if (isLimit(bare)) {
+        bare.remove_suffix(4);
+    }
+    const KeyKind kind = keyKind(bare);
+    if (isReadOnly(kind) || bare.find(' ') == bare.npos) {
+        return {};
+    }
+    if (suffixKind(bare) != KeyKind::Other) {
+        bare = bare.substr(0, bare.rfind(' '));
+    }
+    for (const std::string_view element : longElements) {
+        if (bare.ends_with(element)) {
+            return bare.substr(0, bare.size() - element.size());
+        }
+    }
+    const auto last = bare.rfind(' ');
+    return last == bare.npos ? bare : bare.substr(0, last);
 }
 
 std::optional<int> loadStage(std::string_view key) {

@@ -52,6 +52,10 @@ bool isAutoSwitch(std::string_view key);
 std::optional<std::string> autoSwitchFor(std::string_view key,
                                          const std::vector<std::string>& keys);
 
+// What a setting or action belongs to, such as "exposure" of "exposure value abs"; empty
+// for the fixed keys, the lists, and what is a single word.
+std::string_view itemOfKey(std::string_view key);
+
 // Place in the order of loading: norm, channel, format, pixel format, frame
 // rate, values, switches. Nothing for what can't be set.
 std::optional<int> loadStage(std::string_view key);

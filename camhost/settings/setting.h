@@ -23,6 +23,7 @@ struct Setting {
     std::string problem;  // why it can't be read
 
     std::vector<std::string> flags() const;
+    bool operator==(const Setting&) const = default;
 };
 
 }  // namespace camhost

@@ -72,6 +72,18 @@ std::vector<std::string> CSettings::readList(const std::string& prefix) {
     return entries;
 }
 
+// The order of numbers is not that of texts.
+std::vector<std::string> CSettings::keysInOrder() const {
+    const auto isFormat = [](const std::string& key) { return keyKind(key) == KeyKind::FormatAt; };
+    std::vector<std::string> keys = m_keys;
+    const auto first = std::find_if(keys.begin(), keys.end(), isFormat);
+    const auto last = std::find_if_not(first, keys.end(), isFormat);
+    std::sort(first, last, [](const std::string& a, const std::string& b) {
+        return std::pair(a.size(), a) < std::pair(b.size(), b);
+    });
+    return keys;
+}
+
 bool CSettings::hasKey(const std::string& key) const {
     return contains(m_keys, key);
 }

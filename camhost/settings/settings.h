@@ -20,6 +20,8 @@ public:
 
     const std::vector<std::string>& keys() const { return m_keys; }
     const std::vector<std::string>& commands() const { return m_commands; }
+    // The same, formats by number in the order of their numbers.
+    std::vector<std::string> keysInOrder() const;
     bool hasKey(const std::string& key) const;
     bool hasCommand(const std::string& command) const;
     // "feature_1" and so on, with the ends of both lists.

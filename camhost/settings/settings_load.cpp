@@ -43,7 +43,7 @@ void CSettingsLoad::switchAutomaticOff(const std::string& key) {
 
 void CSettingsLoad::setIfDifferent(const std::string& key, const std::string& text) {
     if (!m_settings.hasKey(key)) {
-        problem("the camera has no \"" + key + "\"");
+        problem(key, "the camera has no \"" + key + "\"");
         return;
     }
     if (!differs(key, text)) {
@@ -52,13 +52,13 @@ void CSettingsLoad::setIfDifferent(const std::string& key, const std::string& te
     try {
         m_changes.applyText(key, text);
     } catch (const Failure& failure) {
-        problem(failure.message);
+        problem(key, failure.message);
     }
 }
 
-void CSettingsLoad::problem(const std::string& text) {
+void CSettingsLoad::problem(const std::string& key, const std::string& text) {
     m_report.warning(text);
-    ++m_problems;
+    m_problems.push_back({key, text});
 }
 
 }  // namespace camhost

@@ -6,6 +6,7 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
 #include "camhost/base/report.h"
 #include "camhost/settings/setting_changes.h"
@@ -19,21 +20,27 @@ public:
     CSettingsLoad(CReport& report, CSettings& settings, CSettingChanges& changes)
         : m_report(report), m_settings(settings), m_changes(changes) {}
 
+    struct Problem {
+        std::string key;
+        std::string message;
+    };
+
     // What is refused is a warning.
     void run(const SettingsFile& file);
-    int problems() const { return m_problems; }
+    // The same, one by one.
+    const std::vector<Problem>& problems() const { return m_problems; }
 
 private:
     bool differs(const std::string& key, const std::string& text);
     void switchAutomaticOff(const std::string& key);
     void setIfDifferent(const std::string& key, const std::string& text);
-    void problem(const std::string& text);
+    void problem(const std::string& key, const std::string& text);
 
     CReport& m_report;
     CSettings& m_settings;
     CSettingChanges& m_changes;
     std::set<std::string> m_switchedOff;
-    int m_problems = 0;
+    std::vector<Problem> m_problems;
 };
 
 }  // namespace camhost
