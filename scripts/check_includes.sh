@@ -37,7 +37,9 @@ camhost/measure: include/velmora camhost/base camhost/camera camhost/settings ca
 camhost/check: include/velmora camhost/base camhost/camera camhost/settings
 camhost/doctor: include/velmora camhost/base camhost/camera
 camhost/help: camhost/base
-camhost/commands: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab camhost/measure camhost/check camhost/doctor camhost/help
+camhost/view: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab
+camhost/web: camhost/base camhost/view
+camhost/commands: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab camhost/measure camhost/check camhost/doctor camhost/help camhost/view camhost/web
 camhost/application: camhost/base camhost/camera camhost/help camhost/commands
 camhost/win32: camhost/base camhost/application
 cmake/msvc_abi:

@@ -7,7 +7,7 @@ set -euo pipefail
 
 demo_packages=(
     cmake g++ g++-mingw-w64-x86-64-posix googletest ninja-build
-    libcli11-dev libstb-dev libtomlplusplus-dev nlohmann-json3-dev
+    libboost1.74-dev libcli11-dev libstb-dev libtomlplusplus-dev nlohmann-json3-dev
     wine wine64 wine64-preloader xvfb
 )
 test_packages=(

@@ -25,6 +25,7 @@ constexpr std::unique_ptr<CCommand> (*rows[])() = {
     makeCommand<class CBenchCommand>,     //
     makeCommand<class CWatchCommand>,     //
     makeCommand<class CCheckCommand>,     //
+    makeCommand<class CViewCommand>,      //
     makeCommand<class CDoctorCommand>,    //
     makeCommand<class CCompleteCommand>,  //
     makeCommand<class CManualCommand>,    //

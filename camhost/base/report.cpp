@@ -5,6 +5,17 @@
 
 namespace camhost {
 
+CJson failureJson(const Failure& failure) {
+    CJson json = CJson::object({{"code", failure.code}, {"message", failure.message}});
+    if (!failure.adapterMessage.empty()) {
+        json.set("adapter_message", failure.adapterMessage);
+    }
+    if (!failure.hint.empty()) {
+        json.set("hint", failure.hint);
+    }
+    return json;
+}
+
 void CReport::line(std::string_view text) {
     if (!m_json) {
         endProgress();
@@ -55,13 +66,7 @@ void CReport::failure(const Failure& failure) {
     if (m_error) {
         return;
     }
-    m_error = CJson::object({{"code", failure.code}, {"message", failure.message}});
-    if (!failure.adapterMessage.empty()) {
-        m_error->set("adapter_message", failure.adapterMessage);
-    }
-    if (!failure.hint.empty()) {
-        m_error->set("hint", failure.hint);
-    }
+    m_error = failureJson(failure);
 }
 
 void CReport::progress(std::string_view text) {

@@ -16,6 +16,9 @@
 
 namespace camhost {
 
+// Code and message, and where there are any the adapter's words and a hint.
+CJson failureJson(const Failure& failure);
+
 class CReport {
 public:
     CReport(std::ostream& results, std::ostream& messages) : m_out(results), m_err(messages) {}

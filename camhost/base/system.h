@@ -59,6 +59,11 @@ public:
     virtual bool interrupted() = 0;
     virtual bool messagesOnTerminal() = 0;
     virtual std::string utcDate() = 0;  // "2024-05-06T07:08:09Z"
+
+    // Of the system's own generator, as secrets need them. Throws a Failure.
+    virtual std::vector<std::uint8_t> randomBytes(std::size_t count) = 0;
+    // Shows a page in the user's browser. False when there is none to be had.
+    virtual bool openBrowser(const std::string& address) = 0;
 };
 
 }  // namespace camhost

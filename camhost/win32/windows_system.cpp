@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "camhost/win32/windows_system.h"
 
+#include <bcrypt.h>
 #include <io.h>
+#include <shellapi.h>
 #include <tlhelp32.h>
 
 #include <atomic>
@@ -173,6 +175,22 @@ std::string CWindowsSystem::utcDate() {
     std::snprintf(text, sizeof text, "%04u-%02u-%02uT%02u:%02u:%02uZ", time.wYear, time.wMonth,
                   time.wDay, time.wHour, time.wMinute, time.wSecond);
     return text;
+}
+
+std::vector<std::uint8_t> CWindowsSystem::randomBytes(std::size_t count) {
+    std::vector<std::uint8_t> bytes(count);
+    if (BCryptGenRandom(nullptr, bytes.data(), static_cast<ULONG>(count),
+                        BCRYPT_USE_SYSTEM_PREFERRED_RNG) != 0) {
+        throw Failure{.code = "internal", .message = "the system gives no random numbers"};
+    }
+    return bytes;
+}
+
+bool CWindowsSystem::openBrowser(const std::string& address) {
+    constexpr INT_PTR lowestSuccess = 33;
+    const HINSTANCE result =
+        ShellExecuteW(nullptr, L"open", toWide(address).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+    return reinterpret_cast<INT_PTR>(result) >= lowestSuccess;
 }
 
 }  // namespace camhost

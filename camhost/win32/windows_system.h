@@ -32,6 +32,8 @@ public:
     bool interrupted() override;
     bool messagesOnTerminal() override;
     std::string utcDate() override;
+    std::vector<std::uint8_t> randomBytes(std::size_t count) override;
+    bool openBrowser(const std::string& address) override;
 
 private:
     CWindowsLibrarySearch m_librarySearch;

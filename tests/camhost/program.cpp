@@ -115,8 +115,11 @@ PROCESS_INFORMATION start(const std::vector<std::string>& arguments, const CPipe
     return process;
 }
 
-Outcome runWith(const std::vector<std::string>& arguments,
-                const std::function<void(const std::string&)>& onMessages) {
+using OnText = std::function<void(const std::string&)>;
+
+Outcome runWith(
+    const std::vector<std::string>& arguments, const OnText& onMessages,
+    const OnText& onResults = [](const std::string&) {}) {
     CPipe out;
     CPipe err;
     const PROCESS_INFORMATION process = start(arguments, out, err);
@@ -124,7 +127,7 @@ Outcome runWith(const std::vector<std::string>& arguments,
     err.closeWriting();
     Outcome outcome;
     std::thread messages([&] { outcome.err = err.readAll(onMessages); });
-    std::thread results([&] { outcome.out = out.readAll([](const std::string&) {}); });
+    std::thread results([&] { outcome.out = out.readAll(onResults); });
     if (WaitForSingleObject(process.hProcess, deadlineMilliseconds) != WAIT_OBJECT_0) {
         TerminateProcess(process.hProcess, 99);
         ADD_FAILURE() << "camhost did not end";
@@ -160,6 +163,22 @@ Outcome interruptCamhost(const std::vector<std::string>& arguments, const std::s
             GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
         }
     });
+}
+
+Outcome visitCamhost(const std::vector<std::string>& arguments, const std::string& sign,
+                     const std::function<void(const std::string& out)>& visit) {
+    std::thread visitor;
+    const Outcome outcome = runWith(
+        arguments, [](const std::string&) {},
+        [&](const std::string& text) {
+            if (!visitor.joinable() && text.find(sign) != text.npos) {
+                visitor = std::thread([&visit, text] { visit(text); });
+            }
+        });
+    if (visitor.joinable()) {
+        visitor.join();
+    }
+    return outcome;
 }
 
 std::filesystem::path testFolder() {

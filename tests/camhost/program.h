@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,11 @@ Outcome runCamhost(const std::vector<std::string>& arguments);
 // As a user at the keyboard: Ctrl-C once the program has printed this on its
 // messages' stream.
 Outcome interruptCamhost(const std::vector<std::string>& arguments, const std::string& sign);
+
+// Calls `visit` once, on a thread of its own, with the output so far as soon as that holds
+// this, while the program runs on.
+Outcome visitCamhost(const std::vector<std::string>& arguments, const std::string& sign,
+                     const std::function<void(const std::string& out)>& visit);
 
 // A folder of the running test, in which camhost runs.
 std::filesystem::path testFolder();

@@ -150,7 +150,7 @@ TEST(CommandLine, AskingForJsonCountsAlsoInAMistake) {
 TEST(CommandLine, EveryHelpEndsInTwoExamples) {
     const Commands commands = allCommands();
     for (const char* command : {"list", "info", "props", "get", "set", "choices", "commands",
-                                "exec", "params", "save", "load", "diff", "grab"}) {
+                                "exec", "params", "save", "load", "diff", "grab", "view"}) {
         EXPECT_NE(findCommand(commands, command), nullptr) << command;
     }
     for (const auto& command : commands) {
@@ -161,7 +161,7 @@ TEST(CommandLine, EveryHelpEndsInTwoExamples) {
         const std::string end = line.text.substr(examples);
         EXPECT_EQ(std::count(end.begin(), end.end(), '\n'), 3) << line.text;
     }
-    EXPECT_EQ(findCommand(commands, "view"), nullptr);
+    EXPECT_EQ(findCommand(commands, "peek"), nullptr);
 }
 
 }  // namespace

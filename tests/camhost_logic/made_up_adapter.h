@@ -4,6 +4,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -97,6 +98,13 @@ public:
     bool interrupted() override { return interruptAfter >= 0.0 && time >= interruptAfter; }
     bool messagesOnTerminal() override { return terminal; }
     std::string utcDate() override { return "2024-05-06T07:08:09Z"; }
+    std::vector<std::uint8_t> randomBytes(std::size_t count) override {
+        return std::vector<std::uint8_t>(count, 0xA5);
+    }
+    bool openBrowser(const std::string& address) override {
+        opened.push_back(address);
+        return onOpened == nullptr || onOpened(address);
+    }
 
     CMadeUpLibraries libraries;
     std::vector<MadeUpCamera> cameras;
@@ -105,7 +113,9 @@ public:
     std::vector<bool> guarded;
     ProcessResources held;
     bool captureLibrary = true;
-    std::string mistake;  // of a rig
+    std::string mistake;              // of a rig
+    std::vector<std::string> opened;  // addresses, in a browser
+    std::function<bool(const std::string& address)> onOpened;
     bool terminal = false;
     double time = 100.0;
     double interruptAfter = -1.0;
