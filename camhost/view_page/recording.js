@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+// Snapshots and recordings, both saved by the browser.
+import * as api from "./api.js";
+import { byId, element, saveFile, setText } from "./dom.js";
+
+export class Recording {
+    #picture;
+    #say;
+    #button = byId("record");
+    #progress = byId("record-progress");
+    // A recording that this page asked for is saved when it is ready.
+    #isOurs = false;
+    #recording = null;
+
+    constructor(picture, watch, say) {
+        this.#picture = picture;
+        this.#say = say;
+        byId("snapshot").addEventListener("click", () => this.snapshot());
+        this.#button.addEventListener("click", () => this.#press());
+        byId("record-save").addEventListener("click", () => this.#save());
+        watch.onChange((state, isReachable) => isReachable && this.#show(state));
+    }
+
+    async snapshot() {
+        const { frame } = this.#picture;
+        if (!frame) {
+            return;
+        }
+        this.#say("");
+        try {
+            saveFile(await this.#png(frame.number));
+        } catch (error) {
+            this.#say(`No snapshot: ${error.text ?? error.message}`);
+        }
+    }
+
+    // The frame that is seen, or the newest once that is gone.
+    async #png(number) {
+        const { bayer, demosaic } = this.#form();
+        try {
+            return await api.snapshot(number, bayer, demosaic);
+        } catch (error) {
+            if (error.status !== 404) {
+                throw error;
+            }
+            return api.snapshot(0, bayer, demosaic);
+        }
+    }
+
+    #form() {
+        const { raw, bayer } = this.#picture;
+        return { bayer: bayer.toLowerCase(), demosaic: raw === "colour" ? "fast" : "none" };
+    }
+
+    get #isRunning() {
+        return this.#recording !== null && !this.#recording.ready;
+    }
+
+    async #press() {
+        this.#say("");
+        const frames = this.#isRunning ? 0 : Number(byId("record-frames").value);
+        const { bayer, demosaic } = this.#form();
+        try {
+            this.#isOurs = frames > 0;
+            await api.record(frames, bayer, demosaic);
+        } catch (error) {
+            this.#isOurs = false;
+            this.#say(`No recording: ${error.text ?? error.message}`);
+        }
+    }
+
+    #show(state) {
+        const wasRunning = this.#isRunning;
+        this.#recording = state.recording || null;
+        this.#button.disabled = state.readOnly && !this.#isRunning;
+        setText(this.#button, this.#isRunning ? "Cancel" : "Record");
+        byId("record-save").hidden = !this.#recording?.ready;
+        if (!this.#recording) {
+            setText(this.#progress, "");
+            return;
+        }
+        const { asked, done, ready } = this.#recording;
+        const early = ready && done < asked ? ", ended early" : "";
+        setText(this.#progress, `${done} of ${asked}${early}`);
+        if (ready && this.#isOurs && (wasRunning || done > 0)) {
+            this.#isOurs = false;
+            this.#save();
+        }
+    }
+
+    // By the address itself: the browser writes it to a file as it comes.
+    #save() {
+        element("a", { href: "api/recording.zip", download: "recording.zip" }).click();
+    }
+}
