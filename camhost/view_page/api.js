@@ -91,7 +91,8 @@ export const snapshot = (number, bayer, demosaic) =>
     );
 
 export const settings = () => json("api/settings");
-export const setSetting = (camera, key, text) => send("PUT", "api/settings", { camera, key, text, manual: false });
+export const setSetting = (camera, key, text) =>
+    send("PUT", "api/settings", { camera, key, text, manual: false });
 export const execute = (camera, command) => send("POST", "api/commands", { camera, command });
 export const chooseCamera = (camera) => send("POST", "api/camera", { camera });
 export const setLive = (live) => send("POST", "api/live", { live });

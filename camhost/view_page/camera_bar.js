@@ -13,7 +13,9 @@ export class CameraBar {
 
     constructor(watch, onEnd) {
         watch.onChange((state, isReachable) => isReachable && this.#show(state));
-        this.#camera.addEventListener("change", () => this.#try(() => api.chooseCamera(Number(this.#camera.value))));
+        this.#camera.addEventListener("change", () =>
+            this.#try(() => api.chooseCamera(Number(this.#camera.value))),
+        );
         this.#live.addEventListener("click", () => this.pressLive());
         byId("end").addEventListener("click", () => byId("end-dialog").showModal());
         byId("end-dialog").addEventListener("close", () => {

@@ -7,7 +7,8 @@ const kept = 200;
 
 export class EventLog {
     #list = byId("events");
-    #next = 0;
+    // Numbers of events: the last one that is listed, and the last one that there is.
+    #listed = 0;
     #known = -1;
     #isAsking = false;
 
@@ -19,15 +20,15 @@ export class EventLog {
         });
     }
 
-    async #ask(count) {
+    async #ask(last) {
         if (this.#isAsking) {
             return;
         }
         this.#isAsking = true;
         try {
-            const { next, events } = await api.events(this.#next);
-            this.#next = next;
-            this.#known = count;
+            const { next, events } = await api.events(this.#listed);
+            this.#listed = next - 1;
+            this.#known = last;
             for (const event of events) {
                 this.#add(event);
             }
@@ -39,7 +40,11 @@ export class EventLog {
 
     #add({ time, kind, text }) {
         const made = element("li", { "data-kind": kind });
-        made.append(element("time", {}, `${time.toFixed(1)} s`), element("b", {}, kind), element("span", {}, text));
+        made.append(
+            element("time", {}, `${time.toFixed(1)} s`),
+            element("b", {}, kind),
+            element("span", {}, text),
+        );
         this.#list.prepend(made);
         if (this.#list.children.length > kept) {
             this.#list.lastElementChild.remove();

@@ -68,6 +68,9 @@ export class Histogram {
             const total = counts.reduce((sum, count) => sum + count, 0);
             return `${names[name]}${share(counts[value], total)}`;
         });
-        setText(output, texts.length > 0 ? `${value}: ${texts.join(", ")} clipped ${word}` : `${value}: none`);
+        setText(
+            output,
+            texts.length > 0 ? `${value}: ${texts.join(", ")} clipped ${word}` : `${value}: none`,
+        );
     }
 }

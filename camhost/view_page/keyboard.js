@@ -29,7 +29,11 @@ export function listenToKeys({ stage, pressSnapshot, pressLive, nextOrder, nextR
     document.addEventListener("keydown", (event) => {
         const target = event.target;
         const isBusy =
-            typing.has(target.tagName) || event.ctrlKey || event.altKey || event.metaKey || document.querySelector("dialog[open]");
+            typing.has(target.tagName) ||
+            event.ctrlKey ||
+            event.altKey ||
+            event.metaKey ||
+            document.querySelector("dialog[open]");
         if (isBusy) {
             return;
         }

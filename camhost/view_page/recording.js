@@ -79,9 +79,8 @@ export class Recording {
             setText(this.#progress, "");
             return;
         }
-        const { asked, done, ready } = this.#recording;
-        const early = ready && done < asked ? ", ended early" : "";
-        setText(this.#progress, `${done} of ${asked}${early}`);
+        const { asked, done, ready, problem } = this.#recording;
+        setText(this.#progress, [`${done} of ${asked}`, problem].filter(Boolean).join(", "));
         if (ready && this.#isOurs && (wasRunning || done > 0)) {
             this.#isOurs = false;
             this.#save();

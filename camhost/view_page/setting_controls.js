@@ -200,7 +200,13 @@ class TextControl {
     #shown = "";
 
     constructor(id, setting, label, write) {
-        this.element = element("input", { type: "text", id, "aria-label": label, autocomplete: "off", spellcheck: "false" });
+        this.element = element("input", {
+            type: "text",
+            id,
+            "aria-label": label,
+            autocomplete: "off",
+            spellcheck: "false",
+        });
         this.element.addEventListener("change", () => write(this.element.value));
         this.element.addEventListener("keydown", (event) => {
             if (event.key === "Escape") {

@@ -3,11 +3,13 @@
 
 export const formatGroup = "Format and rate";
 
-// Limits, lists and entries of lists: shown when all is asked for.
+// Limits, lists, entries of lists, and a window that a page cannot show: listed when all is
+// asked for.
 export function isDetail(setting) {
     const isReadOnly = (setting.flags || []).includes("read-only");
     return (
         setting.level === "internal" ||
+        setting.key === "propertydialog" ||
         /^(videoformats|videonorms|inputchannels|videoformat_\d+)$/.test(setting.key) ||
         (isReadOnly && / (min|max)$/.test(setting.key))
     );

@@ -51,11 +51,21 @@ export class SettingsFiles {
         this.#list.take(changes);
         const parts = [];
         if (changes.length > 0) {
-            parts.push(table(["Setting", "Before", "Now"], changes.map(({ key, before, after }) => [key, before, after])));
+            parts.push(
+                table(
+                    ["Setting", "Before", "Now"],
+                    changes.map(({ key, before, after }) => [key, before, after]),
+                ),
+            );
         }
         if (failed.length > 0) {
             parts.push(element("h3", {}, "Refused"));
-            parts.push(table(["Setting", "Why"], failed.map(({ key, message }) => [key, message])));
+            parts.push(
+                table(
+                    ["Setting", "Why"],
+                    failed.map(({ key, message }) => [key, message]),
+                ),
+            );
         }
         this.#show("Settings loaded", parts, "All settings were as in the file.");
     }

@@ -11,7 +11,12 @@ class Group {
 
     constructor(name) {
         this.list = element("ul");
-        this.element = element("details", { class: "group", open: true }, element("summary", {}, name), this.list);
+        this.element = element(
+            "details",
+            { class: "group", open: true },
+            element("summary", {}, name),
+            this.list,
+        );
     }
 
     get hasShown() {
