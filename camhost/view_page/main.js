@@ -22,7 +22,7 @@ const viewport = new Viewport();
 const banner = new Banner(watch);
 const status = new StatusLine(watch);
 const histogram = new Histogram();
-const picture = new Picture(byId("picture"), viewport, showFrame);
+const picture = new Picture(byId("picture"), viewport, { onFrame: showFrame, onSize: () => stage.show() });
 const stage = new Stage(viewport, picture);
 const readout = new Readout(byId("stage"), picture, viewport);
 const bar = new CameraBar(watch, end);

@@ -35,12 +35,14 @@ export class Picture {
     #request = null;
     #ended = false;
 
-    // `onFrame(frame)` is called after each painting.
-    constructor(canvas, viewport, onFrame) {
+    // `onFrame(frame)` is called after each painting, `onSize()` before it when the size of
+    // the whole picture is another one.
+    constructor(canvas, viewport, { onFrame, onSize }) {
         this.#canvas = canvas;
         this.#context = canvas.getContext("2d", { alpha: false });
         this.#viewport = viewport;
         this.onFrame = onFrame;
+        this.onSize = onSize;
     }
 
     get order() {
@@ -122,7 +124,7 @@ export class Picture {
         canvas.dataset.pixelType = frame.pixelType;
         if (isNewSize) {
             this.#viewport.setPicture(frame.fullWidth, frame.fullHeight);
-            this.place();
+            this.onSize();
         }
         this.onFrame(frame);
     }

@@ -3,7 +3,7 @@
 // A search hides rows and moves none, so that a value goes where it was typed.
 import * as api from "./api.js";
 import { byId, element, setText } from "./dom.js";
-import { groupOf, isDetail, isFound } from "./setting_names.js";
+import { formatGroup, groupOf, isDetail, isFound } from "./setting_names.js";
 import { makeRow } from "./setting_row.js";
 
 class Group {
@@ -91,6 +91,7 @@ export class SettingsList {
         if (camera !== this.camera) {
             this.#clear();
             this.camera = camera;
+            this.#place.dataset.camera = camera;
         }
         this.version = version;
         const present = new Set();
@@ -128,7 +129,8 @@ export class SettingsList {
         if (!this.#groups.has(name)) {
             const group = new Group(name);
             this.#groups.set(name, group);
-            this.#place.append(group.element);
+            // What decides about the picture as a whole stands first.
+            this.#place[name === formatGroup ? "prepend" : "append"](group.element);
         }
         return this.#groups.get(name);
     }
