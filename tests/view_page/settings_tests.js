@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+// The settings in the browser.
+import assert from "node:assert/strict";
+import { readFile } from "node:fs/promises";
+import { after, before, describe, test } from "node:test";
+
+import { closePage, openPage, row, until, untilText, View } from "./support.js";
+
+const gain = "gain value range";
+
+describe("the settings", () => {
+    let view;
+    let page;
+    const number = (key) => row(page, key).locator("input[type=number]");
+    const slider = (key) => row(page, key).locator("input[type=range]");
+    const note = (key) => row(page, key).locator(".note");
+
+    const written = (key, text) =>
+        until(async () => (await view.settingText(key)) === text, `${key}=${text}`);
+
+    before(async () => {
+        view = await View.start("tests/view_page/rigs/page.toml", "-c", "A1");
+        page = await openPage(view);
+    });
+    after(async () => {
+        await page?.context().close();
+        await view?.stop();
+    });
+
+    test("nothing is written on opening", async () => {
+        const { events } = await view.get("api/events");
+        assert.deepEqual(
+            events.filter(({ kind }) => kind === "setting" || kind === "refused"),
+            [],
+        );
+    });
+
+    test("are grouped by item, with their limits", async () => {
+        const groups = await page.locator(".group:visible summary").allTextContents();
+        assert.deepEqual(groups.slice(0, 5), ["Format and rate", "Contrast", "Exposure", "Gain", "Trigger"]);
+        assert.equal(await row(page, gain).locator(".limits").textContent(), "0 … 1023");
+        assert.equal(await number(gain).inputValue(), "100");
+    });
+
+    test("a slider writes while it moves", async () => {
+        await slider(gain).focus();
+        await page.keyboard.press("ArrowRight");
+        await written(gain, "101");
+        await page.keyboard.press("End");
+        await written(gain, "1023");
+        assert.equal(await number(gain).inputValue(), "1023");
+    });
+
+    test("a wheel changes the value of a focused control alone", async () => {
+        await number(gain).fill("50");
+        await number(gain).press("Enter");
+        await written(gain, "50");
+        await page.locator("#search").focus();
+        await slider("contrast value range").hover();
+        await page.mouse.wheel(0, -100);
+        await number(gain).hover();
+        await page.mouse.wheel(0, -100);
+        await number(gain).focus();
+        await number(gain).hover();
+        await page.mouse.wheel(0, -100);
+        await written(gain, "51");
+        assert.equal(await view.settingText("contrast value range"), "0");
+    });
+
+    test("a refused value goes back, with the adapter's own text beside it", async () => {
+        await number(gain).fill("5000");
+        await number(gain).press("Enter");
+        await untilText(note(gain), (text) => text.startsWith("gain value range must be within 0 and 1023"));
+        assert.equal(await note(gain).getAttribute("aria-live"), "polite");
+        assert.equal(await number(gain).inputValue(), "51");
+        assert.equal(await view.settingText(gain), "51");
+    });
+
+    test("a value under an automatic is locked, and freed where it stands", async () => {
+        const exposure = "exposure value range";
+        assert.equal(await number(exposure).isDisabled(), true);
+        const free = row(page, exposure).locator(".lock button");
+        assert.equal(await free.getAttribute("aria-label"), "Switch off exposure auto switch");
+        await free.click();
+        await until(() => number(exposure).isEnabled(), "the value is free");
+        assert.equal(await row(page, "exposure auto switch").locator("input").isChecked(), false);
+        await number(exposure).fill("500");
+        await number(exposure).press("Enter");
+        await written(exposure, "500");
+    });
+
+    test("a command is a button that tells what it did", async () => {
+        await row(page, "gain one push").locator("button").click();
+        await untilText(note("gain one push"), (text) => text === "gain value range: 51 → 260");
+        await untilText(number(gain), (text) => text === "260");
+    });
+
+    test("a switch and a choice write what they show", async () => {
+        await row(page, "trigger polarity switch").locator("input").click();
+        await written("trigger polarity switch", "true");
+        await row(page, "framerate").locator("input[type=number], select").first().waitFor();
+        await row(page, "trigger mode strings").locator("input").fill("Level");
+        await page.keyboard.press("Enter");
+        await written("trigger mode strings", "Level");
+    });
+
+    test("changes made elsewhere are seen, but not over what is being typed", async () => {
+        await number(gain).fill("77");
+        await view.put("contrast value range", "12");
+        await view.put(gain, "300");
+        await untilText(number("contrast value range"), (text) => text === "12");
+        assert.equal(await number(gain).inputValue(), "77");
+        await page.keyboard.press("Escape");
+        await page.locator("#search").focus();
+        await untilText(number(gain), (text) => text === "300");
+        assert.equal(await view.settingText(gain), "300");
+    });
+
+    test("a search while a value is typed writes it to its own row", async () => {
+        await number(gain).fill("7");
+        await page.locator("#search").fill("contrast");
+        await written(gain, "7");
+        assert.equal(await view.settingText("contrast value range"), "12");
+        assert.equal(await row(page, gain).isHidden(), true);
+        assert.equal(await row(page, "contrast value range").isVisible(), true);
+        await untilText(page.locator("#found"), (text) => /^1 of \d+ settings$/.test(text));
+        await page.locator("#search").press("Escape");
+        assert.equal(await row(page, gain).isVisible(), true);
+    });
+
+    test("all of it goes by keyboard", async () => {
+        await page.locator("#stage").focus();
+        await page.keyboard.press("/");
+        await page.keyboard.type("gain value");
+        await until(async () => {
+            await page.keyboard.press("Tab");
+            return number(gain).evaluate((found) => found === document.activeElement);
+        }, "the focus comes to the number");
+        await page.keyboard.press("Control+A");
+        await page.keyboard.type("42");
+        await page.keyboard.press("Enter");
+        await written(gain, "42");
+        await page.locator("#search").focus();
+        await page.keyboard.press("Escape");
+        await page.keyboard.press("Tab");
+        await page.locator("#stage").focus();
+        await page.keyboard.press("?");
+        assert.equal(await page.locator("#help").evaluate((found) => found.open), true);
+        await page.keyboard.press("Escape");
+    });
+
+    test("every control has a name", async () => {
+        const nameless = await page.evaluate(() =>
+            Array.from(document.querySelectorAll("button, input, select"))
+                .filter(
+                    (found) =>
+                        !found.hidden && !found.ariaLabel && !found.labels?.length && !found.textContent,
+                )
+                .map((found) => found.id || found.className),
+        );
+        assert.deepEqual(nameless, []);
+    });
+
+    test("are saved, compared and loaded as files", async () => {
+        const [download] = await Promise.all([page.waitForEvent("download"), page.click("#save")]);
+        const file = {
+            name: "a.json",
+            mimeType: "application/json",
+            buffer: await readFile(await download.path()),
+        };
+        await view.put(gain, "9");
+        const choose = async (button) => {
+            const [chooser] = await Promise.all([page.waitForEvent("filechooser"), page.click(button)]);
+            await chooser.setFiles(file);
+            await page.waitForSelector("#files-dialog[open]");
+            const cells = await page.locator("#files-result td").allTextContents();
+            await page.click("#files-dialog button");
+            return cells;
+        };
+        assert.deepEqual(await choose("#diff"), [gain, "42", "9"]);
+        assert.deepEqual(await choose("#load"), [gain, "9", "42"]);
+        await written(gain, "42");
+        await closePage(page);
+        page = null;
+    });
+});
