@@ -4,7 +4,7 @@
 import { byId, setText } from "./dom.js";
 
 const cameraName = (state) => {
-    const camera = state.cameras[state.camera];
+    const camera = state.cameras.find(({ index }) => index === state.camera);
     return camera ? camera.serial || camera.name : "The camera";
 };
 

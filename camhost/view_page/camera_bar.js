@@ -59,6 +59,8 @@ export class CameraBar {
             text: optionText(camera),
         }));
         setOptions(this.#camera, options, String(state.camera));
+        const shown = state.cameras.find((camera) => camera.index === state.camera);
+        document.title = shown ? `${shown.serial || shown.name} – camhost view` : "camhost view";
         setText(this.#live, state.live === "stopped" ? "Start" : "Stop");
         this.#camera.disabled = this.#live.disabled = byId("end").disabled = state.readOnly;
         byId("read-only").hidden = !state.readOnly;

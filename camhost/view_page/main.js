@@ -61,6 +61,11 @@ function end() {
 }
 
 byId("help-button").addEventListener("click", () => byId("help").showModal());
+watch.onChange((state, isReachable) => {
+    if (isReachable) {
+        picture.rate = state.rate?.measured || 0;
+    }
+});
 for (const id of ["raw", "order"]) {
     byId(id).addEventListener("change", chooseRaw);
 }

@@ -24,7 +24,7 @@ export class Picture {
     // How a mosaic is shown ("colour", "grey", "mosaic"), and its order ("auto", "RGGB", ...).
     raw = "colour";
     bayer = "auto";
-    rate = 0;
+    rate = 0; // frames a second
     frame = null;
 
     #canvas;
@@ -33,6 +33,7 @@ export class Picture {
     #after = 0;
     #image = null;
     #request = null;
+    #asked = 1; // the step of the request
     #ended = false;
 
     // `onFrame(frame)` is called after each painting, `onSize()` before it when the size of
@@ -75,7 +76,7 @@ export class Picture {
         style.height = `${height}px`;
         style.transform = `translate(${left}px, ${top}px)`;
         this.#canvas.classList.toggle("pixels", this.#viewport.scale * devicePixelRatio >= 1);
-        if (this.frame && this.frame.step !== this.#step()) {
+        if (this.frame && this.#asked !== this.#step()) {
             this.#after = Math.min(this.#after, this.frame.number - 1);
             this.#request?.abort();
         }
@@ -90,7 +91,8 @@ export class Picture {
 
     async #next() {
         this.#request = new AbortController();
-        const frame = await api.frame(this.#after, this.#step(), this.#request.signal);
+        this.#asked = this.#step();
+        const frame = await api.frame(this.#after, this.#asked, this.#request.signal);
         if (!frame) {
             return;
         }

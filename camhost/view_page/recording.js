@@ -72,7 +72,6 @@ export class Recording {
     #show(state) {
         const wasRunning = this.#isRunning;
         this.#recording = state.recording || null;
-        this.#button.disabled = state.readOnly && !this.#isRunning;
         setText(this.#button, this.#isRunning ? "Cancel" : "Record");
         byId("record-save").hidden = !this.#recording?.ready;
         if (!this.#recording) {

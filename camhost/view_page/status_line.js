@@ -15,9 +15,9 @@ const rate = (value) => (value === undefined || value === null ? "–" : value.t
 export class StatusLine {
     #painted = [];
     #ages = [];
-    #toldAt = 0;
 
     constructor(watch) {
+        setInterval(() => this.#showPainting(), 500);
         watch.onChange((state, isReachable) => {
             const chip = byId("live-state");
             chip.dataset.kind = isReachable ? state.live : "unreachable";
@@ -35,10 +35,6 @@ export class StatusLine {
         setText(byId("frame-number"), String(frame.number));
         const size = `${frame.fullWidth} × ${frame.fullHeight} ${frame.pixelType}${order ? ` ${order}` : ""}`;
         setText(byId("frame-size"), frame.step > 1 ? `${size}, 1 of ${frame.step} shown` : size);
-        if (now - this.#toldAt > 500) {
-            this.#toldAt = now;
-            this.#showPainting(now);
-        }
     }
 
     #showCounts(state) {
@@ -54,12 +50,17 @@ export class StatusLine {
     }
 
     // Over the last two seconds.
-    #showPainting(now) {
-        const old = this.#painted.findIndex((time) => time > now - 2000);
-        this.#painted.splice(0, old);
-        this.#ages.splice(0, old);
-        const span = now - this.#painted[0];
-        const shown = span > 0 ? ((this.#painted.length - 1) * 1000) / span : 0;
+    #showPainting() {
+        const now = performance.now();
+        while (this.#painted.length > 0 && this.#painted[0] < now - 2000) {
+            this.#painted.shift();
+            this.#ages.shift();
+        }
+        if (this.#painted.length < 2) {
+            setText(byId("shown"), "–");
+            return;
+        }
+        const shown = ((this.#painted.length - 1) * 1000) / (this.#painted.at(-1) - this.#painted[0]);
         const ages = [...this.#ages].sort((a, b) => a - b);
         const age = ages[ages.length >> 1];
         setText(byId("shown"), `${shown.toFixed(1)} fps, ${age.toFixed(0)} ms old`);
