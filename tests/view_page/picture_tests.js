@@ -6,6 +6,7 @@ import { after, before, describe, test } from "node:test";
 
 import {
     chooseCamera,
+    differencesFromSnapshot,
     openPage,
     pixel,
     pointAt,
@@ -165,6 +166,27 @@ describe("the picture", () => {
         await page.click("#live");
         await untilText(page.locator("#live-state"), (text) => text === "Live");
         await untilFramesBehind(page, number, 5);
+    });
+
+    test("the picture is the one that a snapshot saves, pixel for pixel", async () => {
+        for (const [camera, pixelType, demosaic] of [
+            [0, "Mono8", "none"],
+            [1, "RGB24", "none"],
+            [1, "Raw8", "fast"],
+            [2, "Raw8", "fast"],
+        ]) {
+            await chooseCamera(page, camera, pixelType);
+            await showOneToOne(page);
+            await page.click("#live");
+            await untilText(page.locator("#banner-text"), (text) => text === "Live video is stopped");
+            assert.equal(
+                await differencesFromSnapshot(page, demosaic),
+                0,
+                `${pixelType} of camera ${camera}`,
+            );
+            await page.click("#live");
+            await untilText(page.locator("#live-state"), (text) => text === "Live");
+        }
     });
 
     test("snapshot and recording are saved by the browser", async () => {

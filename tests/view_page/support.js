@@ -172,6 +172,21 @@ export const pixel = (page, column, line) =>
         [column, line],
     );
 
+// How many bytes of the canvas differ from those of the snapshot of the same frame.
+export const differencesFromSnapshot = (page, demosaic) =>
+    page.evaluate(async (wanted) => {
+        const canvas = document.getElementById("picture");
+        const { number } = canvas.dataset;
+        const response = await fetch(`api/frame.png?bayer=auto&demosaic=${wanted}&number=${number}`);
+        const image = await createImageBitmap(await response.blob(), { colorSpaceConversion: "none" });
+        const copy = new OffscreenCanvas(image.width, image.height).getContext("2d");
+        copy.drawImage(image, 0, 0);
+        const { width, height } = image;
+        const saved = copy.getImageData(0, 0, width, height).data;
+        const shown = canvas.getContext("2d").getImageData(0, 0, width, height).data;
+        return saved.reduce((count, byte, at) => count + (byte === shown[at] ? 0 : 1), 0);
+    }, demosaic);
+
 // Puts the pointer on a pixel of the picture, and gives what the page says of it.
 export async function pointAt(page, column, line) {
     const place = await page.evaluate(
