@@ -43,14 +43,17 @@ export class Histogram {
         const inner = Object.values(channels).flatMap((counts) => Array.from(counts.subarray(1, 255)));
         const top = Math.max(1, ...inner);
         context.clearRect(0, 0, width, height);
-        context.globalCompositeOperation = "source-over";
         const bar = width / 256;
         for (const [name, counts] of Object.entries(channels)) {
             context.fillStyle = style.getPropertyValue(`--channel-${name}`);
             for (let value = 0; value < 256; ++value) {
                 const length = Math.min(1, counts[value] / top) * height;
                 const shown = counts[value] > 0 ? Math.max(1, length) : 0;
+                // A bar with a cap: a channel is seen behind the others, too.
+                context.globalAlpha = 0.45;
                 context.fillRect(value * bar, height - shown, bar, shown);
+                context.globalAlpha = 1;
+                context.fillRect(value * bar, height - shown, bar, Math.min(2, shown));
             }
         }
         context.fillStyle = style.getPropertyValue("--clipped");
