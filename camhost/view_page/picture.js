@@ -3,22 +3,11 @@
 // that the newest wins and a slow page asks less often. Zoom and pan lie in the viewport.
 import * as api from "./api.js";
 import { orderOf, paint } from "./pixels.js";
+import { animationFrame, pause, seen } from "./time.js";
 
 // Above this many bytes a second a picture that is shown smaller is reduced first: about
 // 25 frames of 1280x960 in colour.
 const richBytesPerSecond = 25 * 1280 * 960 * 3;
-
-const animationFrame = () => new Promise((resolve) => requestAnimationFrame(resolve));
-const pause = (milliseconds) => new Promise((resolve) => setTimeout(resolve, milliseconds));
-
-function shown() {
-    if (!document.hidden) {
-        return Promise.resolve();
-    }
-    return new Promise((resolve) => {
-        document.addEventListener("visibilitychange", resolve, { once: true });
-    });
-}
 
 export class Picture {
     // How a mosaic is shown ("colour", "grey", "mosaic"), and its order ("auto", "RGGB", ...).
@@ -52,7 +41,7 @@ export class Picture {
 
     async run() {
         while (!this.#ended) {
-            await shown();
+            await seen();
             try {
                 await this.#next();
             } catch (error) {

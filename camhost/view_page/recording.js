@@ -8,8 +8,8 @@ export class Recording {
     #say;
     #button = byId("record");
     #progress = byId("record-progress");
-    // A recording that this page asked for is saved when it is ready.
-    #isOurs = false;
+    // The number of the recording that this page asked for: it is saved when it is ready.
+    #ours = null;
     #recording = null;
 
     constructor(picture, watch, say) {
@@ -61,16 +61,14 @@ export class Recording {
         const frames = this.#isRunning ? 0 : Number(byId("record-frames").value);
         const { bayer, demosaic } = this.#form();
         try {
-            this.#isOurs = frames > 0;
-            await api.record(frames, bayer, demosaic);
+            const { number } = await api.record(frames, bayer, demosaic);
+            this.#ours = frames > 0 ? number : null;
         } catch (error) {
-            this.#isOurs = false;
             this.#say(`No recording: ${error.text ?? error.message}`);
         }
     }
 
     #show(state) {
-        const wasRunning = this.#isRunning;
         this.#recording = state.recording || null;
         setText(this.#button, this.#isRunning ? "Cancel" : "Record");
         byId("record-save").hidden = !this.#recording?.ready;
@@ -78,10 +76,10 @@ export class Recording {
             setText(this.#progress, "");
             return;
         }
-        const { asked, done, ready, problem } = this.#recording;
+        const { number, asked, done, ready, problem } = this.#recording;
         setText(this.#progress, [`${done} of ${asked}`, problem].filter(Boolean).join(", "));
-        if (ready && this.#isOurs && (wasRunning || done > 0)) {
-            this.#isOurs = false;
+        if (ready && number === this.#ours) {
+            this.#ours = null;
             this.#save();
         }
     }

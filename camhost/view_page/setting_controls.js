@@ -45,7 +45,7 @@ class Scale {
 }
 
 // A wheel over a control that does not have the focus scrolls the page and nothing else.
-function stepByWheel(input, write) {
+function onWheel(input, step) {
     input.addEventListener(
         "wheel",
         (event) => {
@@ -53,12 +53,7 @@ function stepByWheel(input, write) {
                 return;
             }
             event.preventDefault();
-            if (event.deltaY < 0) {
-                input.stepUp();
-            } else {
-                input.stepDown();
-            }
-            write();
+            step(event.deltaY < 0 ? 1 : -1);
         },
         { passive: false },
     );
@@ -81,7 +76,6 @@ class NumberField {
                 this.element.value = this.#shown;
             }
         });
-        stepByWheel(this.element, () => write(this.element.value));
     }
 
     show(setting) {
@@ -98,13 +92,16 @@ class NumberControl {
     #slider = null;
     #scale = null;
     #isHeld = false;
+    #write;
 
     constructor(id, setting, label, write) {
+        this.#write = write;
         this.number = new NumberField(id, setting, label, write);
         this.element = element("div", { class: "number" });
         if (setting.min !== undefined && setting.max !== undefined) {
-            this.#makeSlider(label, write);
+            this.#makeSlider(label);
         }
+        onWheel(this.number.element, (steps) => this.#step(steps));
         this.element.append(this.number.element);
     }
 
@@ -133,20 +130,31 @@ class NumberControl {
         }
     }
 
-    #makeSlider(label, write) {
+    // By whole numbers or notches of the slider; of what has no limits, by one.
+    #step(steps) {
+        if (this.#slider) {
+            this.#slider.stepUp(steps);
+            this.#slide();
+        } else {
+            this.#write(plain(String(Number(this.number.element.value) + steps)));
+        }
+    }
+
+    #slide() {
+        const text = this.#scale.toText(Number(this.#slider.value));
+        this.number.element.value = text;
+        this.#slider.setAttribute("aria-valuetext", text);
+        this.#write(text);
+    }
+
+    #makeSlider(label) {
         const slider = element("input", { type: "range", step: "1", "aria-label": `${label}, slider` });
-        const send = () => {
-            const text = this.#scale.toText(Number(slider.value));
-            this.number.element.value = text;
-            slider.setAttribute("aria-valuetext", text);
-            write(text);
-        };
-        slider.addEventListener("input", send);
+        slider.addEventListener("input", () => this.#slide());
         slider.addEventListener("pointerdown", () => (this.#isHeld = true));
         for (const name of ["pointerup", "pointercancel", "lostpointercapture", "blur"]) {
             slider.addEventListener(name, () => (this.#isHeld = false));
         }
-        stepByWheel(slider, send);
+        onWheel(slider, (steps) => this.#step(steps));
         this.#slider = slider;
         this.element.append(slider);
     }

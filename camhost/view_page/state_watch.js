@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Follows the state of the view, and tells when camhost does not answer.
 import * as api from "./api.js";
-
-const pause = (milliseconds) => new Promise((resolve) => setTimeout(resolve, milliseconds));
+import { pause, seen } from "./time.js";
 
 export class StateWatch {
     state = null;
@@ -19,6 +18,7 @@ export class StateWatch {
 
     async run() {
         while (!this.#ended) {
+            await seen();
             try {
                 const state = await api.state(this.state?.version);
                 this.at = performance.now();
