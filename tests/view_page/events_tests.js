@@ -15,8 +15,9 @@ import {
 } from "./support.js";
 
 describe("what happens to the camera", () => {
-    test("a loss is a banner over the grey last picture, and ends by itself", async () => {
+    test("a loss is a banner over the grey last picture, and ends by itself", async (t) => {
         const view = await View.start("tests/view_page/rigs/events.toml");
+        t.after(() => view.stop());
         const page = await openPage(view);
         await untilText(
             page.locator("#banner-text"),
@@ -37,32 +38,32 @@ describe("what happens to the camera", () => {
         );
         await untilText(page.locator("#losses"), (text) => text !== "0");
         await closePage(page);
-        await view.stop();
     });
 
-    test("values that change by themselves are seen", async () => {
+    test("values that change by themselves are seen", async (t) => {
         const view = await View.start("tests/view_page/rigs/events.toml");
+        t.after(() => view.stop());
         const page = await openPage(view);
         const exposure = row(page, "exposure value range").locator("input[type=number]");
         await untilText(exposure, (text) => text === "200");
         await untilText(exposure, (text) => text === "100");
         await closePage(page);
-        await view.stop();
     });
 
-    test("a trigger that is waited for says so", async () => {
+    test("a trigger that is waited for says so", async (t) => {
         const view = await View.start("rigs/slow_trigger.toml");
+        t.after(() => view.stop());
         const page = await openPage(view);
         await untilText(page.locator("#banner-text"), (text) => text.startsWith("Waiting for a trigger"));
         await page.screenshot({ path: `${screenshots}/trigger.png` });
         const number = await shownNumber(page);
         await untilFramesBehind(page, number, 2);
         await closePage(page);
-        await view.stop();
     });
 
-    test("the page ends the view, after a question", async () => {
+    test("the page ends the view, after a question", async (t) => {
         const view = await View.start("tests/view_page/rigs/page.toml", "-c", "A1");
+        t.after(() => view.stop());
         const page = await openPage(view);
         await page.click("#end");
         await page.click("#end-dialog button[value=end]");
@@ -72,8 +73,9 @@ describe("what happens to the camera", () => {
         await closePage(page);
     });
 
-    test("a camhost that is gone is told, and not shown as live", async () => {
+    test("a camhost that is gone is told, and not shown as live", async (t) => {
         const view = await View.start("tests/view_page/rigs/page.toml", "-c", "A1");
+        t.after(() => view.stop());
         const page = await openPage(view);
         await view.stop();
         await untilText(page.locator("#banner-text"), (text) => text.startsWith("camhost does not answer"));
@@ -81,8 +83,9 @@ describe("what happens to the camera", () => {
         await closePage(page);
     });
 
-    test("read-only, nothing can be changed", async () => {
+    test("read-only, nothing can be changed", async (t) => {
         const view = await View.start("tests/view_page/rigs/page.toml", "-c", "A1", "--read-only");
+        t.after(() => view.stop());
         const page = await openPage(view);
         assert.equal(await page.locator("#read-only").isVisible(), true);
         const gain = row(page, "gain value range");
@@ -90,7 +93,5 @@ describe("what happens to the camera", () => {
         assert.equal(await page.locator("#live").isDisabled(), true);
         assert.equal(await page.locator("#load").isDisabled(), true);
         await closePage(page);
-        view.process.kill();
-        await view.ended;
     });
 });

@@ -63,7 +63,10 @@ export class View {
 
     async stop() {
         if (this.process.exitCode === null) {
-            await this.#send("POST", "api/end", {}).catch(() => this.process.kill());
+            const answer = await this.#send("POST", "api/end", {}).catch(() => null);
+            if (!answer?.ok) {
+                this.process.kill();
+            }
         }
         return this.ended;
     }
