@@ -70,7 +70,11 @@ class NumberField {
             "aria-label": label,
             autocomplete: "off",
         });
-        this.element.addEventListener("change", () => write(this.element.value));
+        this.element.addEventListener("change", () => {
+            // What is written is not being typed any more.
+            this.#shown = this.element.value;
+            write(this.element.value);
+        });
         this.element.addEventListener("keydown", (event) => {
             if (event.key === "Escape") {
                 this.element.value = this.#shown;
@@ -215,7 +219,11 @@ class TextControl {
             autocomplete: "off",
             spellcheck: "false",
         });
-        this.element.addEventListener("change", () => write(this.element.value));
+        this.element.addEventListener("change", () => {
+            // What is written is not being typed any more.
+            this.#shown = this.element.value;
+            write(this.element.value);
+        });
         this.element.addEventListener("keydown", (event) => {
             if (event.key === "Escape") {
                 this.element.value = this.#shown;

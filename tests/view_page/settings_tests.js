@@ -37,7 +37,13 @@ describe("the settings", () => {
 
     test("are grouped by item, with their limits", async () => {
         const groups = await page.locator(".group:visible summary").allTextContents();
-        assert.deepEqual(groups.slice(0, 5), ["Format and rate", "Contrast", "Exposure", "Gain", "Trigger"]);
+        assert.deepEqual(groups.slice(0, 5), [
+            "Format and rate",
+            "<img src=x>",
+            "Contrast",
+            "Exposure",
+            "Gain",
+        ]);
         assert.equal(await row(page, gain).locator(".limits").textContent(), "0 … 1023");
         assert.equal(await number(gain).inputValue(), "100");
     });
@@ -74,6 +80,12 @@ describe("the settings", () => {
         assert.equal(await note(gain).getAttribute("aria-live"), "polite");
         assert.equal(await number(gain).inputValue(), "51");
         assert.equal(await view.settingText(gain), "51");
+        // What camhost can't judge is refused by the adapter itself.
+        await number("framerate").fill("1000");
+        await number("framerate").press("Enter");
+        await untilText(note("framerate"), (text) => text !== "");
+        assert.equal(await number("framerate").inputValue(), "30");
+        assert.equal(await view.settingText("framerate"), "30.000000");
     });
 
     test("a value under an automatic is locked, and freed where it stands", async () => {

@@ -12,7 +12,7 @@ const packages = path.join(root, "build/view_page");
 const { chromium } = createRequire(`${packages}/`)("playwright-core");
 
 const program = process.env.CAMHOST || "build/windows/bin/camhost.exe";
-const deadline = 30000;
+const deadline = Number(process.env.DL || 30000);
 
 export const screenshots = path.join(packages, "screenshots");
 mkdirSync(screenshots, { recursive: true });
