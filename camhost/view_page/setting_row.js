@@ -56,6 +56,9 @@ export class ValueRow extends Row {
         this.#control = makeControl(id, setting, setting.key, (text) => this.write(text));
         this.#free.addEventListener("click", () => this.list.write(this.setting.automatic, "false"));
         this.#lock.append(element("span", {}, "Locked by automatic"), this.#free);
+        // What was typed and given up makes way for what came meanwhile.
+        this.element.addEventListener("focusout", () => this.show());
+        this.element.addEventListener("keydown", (event) => event.key === "Escape" && this.show());
         const head = element("div", { class: "head" });
         head.append(element("label", { for: id, title: setting.key }, labelOf(setting)), this.#limits);
         this.element.classList.add(`kind-${this.#kind}`);

@@ -12,7 +12,7 @@ const packages = path.join(root, "build/view_page");
 const { chromium } = createRequire(`${packages}/`)("playwright-core");
 
 const program = process.env.CAMHOST || "build/windows/bin/camhost.exe";
-const deadline = Number(process.env.DL || 30000);
+const deadline = 30000;
 
 export const screenshots = path.join(packages, "screenshots");
 mkdirSync(screenshots, { recursive: true });
@@ -122,7 +122,7 @@ export async function untilText(locator, wanted) {
     const end = Date.now() + deadline;
     let text = "";
     do {
-        text = await locator.evaluate((found) => found.value ?? found.textContent);
+        text = await locator.evaluate((found) => found.value || found.textContent);
         if (wanted(text)) {
             return text;
         }
