@@ -17,7 +17,6 @@ const words = {
 
 export class Banner {
     #watch;
-    #stage = byId("stage");
     #banner = byId("banner");
     #text = byId("banner-text");
     #seconds = byId("banner-seconds");
@@ -50,7 +49,7 @@ export class Banner {
     }
 
     #set(kind, text) {
-        this.#stage.dataset.live = kind;
+        document.body.dataset.live = kind;
         this.#banner.dataset.kind = kind;
         this.#banner.hidden = !text;
         setText(this.#text, text);

@@ -41,13 +41,14 @@ export class Histogram {
         const style = getComputedStyle(this.#canvas);
         // The ends are left out of the height: a clipped picture would hide all the rest.
         const inner = Object.values(channels).flatMap((counts) => Array.from(counts.subarray(1, 255)));
+        // Roots of the counts: what is rare is seen beside what is frequent.
         const top = Math.max(1, ...inner);
         context.clearRect(0, 0, width, height);
         const bar = width / 256;
         for (const [name, counts] of Object.entries(channels)) {
             context.fillStyle = style.getPropertyValue(`--channel-${name}`);
             for (let value = 0; value < 256; ++value) {
-                const length = Math.min(1, counts[value] / top) * height;
+                const length = Math.sqrt(Math.min(1, counts[value] / top)) * height;
                 const shown = counts[value] > 0 ? Math.max(1, length) : 0;
                 // A bar with a cap: a channel is seen behind the others, too.
                 context.globalAlpha = 0.45;

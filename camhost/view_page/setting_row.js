@@ -46,6 +46,7 @@ export class ValueRow extends Row {
     #free = element("button", { type: "button", class: "quiet" }, "Switch off");
     #wanted = null;
     #isBusy = false;
+    #problem = "";
     // A reading of the settings up to this version may be older than the last write.
     #writtenAt = -1;
 
@@ -98,7 +99,8 @@ export class ValueRow extends Row {
         this.#free.hidden = !this.setting.automatic || this.list.isReadOnly;
         this.#free.setAttribute("aria-label", `Switch off ${this.setting.automatic}`);
         setText(this.#limits, limitsText(this.setting));
-        if (problem) {
+        if (problem !== this.#problem) {
+            this.#problem = problem;
             this.say(problem);
         }
         if (!this.#isBusy && !this.#control.isEdited()) {
