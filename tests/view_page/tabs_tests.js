@@ -4,6 +4,7 @@ import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
 
 import {
+    chooseCamera,
     closePage,
     openPage,
     row,
@@ -63,6 +64,14 @@ describe("several pages", () => {
         const background = (page) => page.evaluate(() => getComputedStyle(document.body).backgroundColor);
         const light = await openPage(view);
         assert.equal(await background(light), "rgb(244, 246, 248)");
+        await chooseCamera(light, 2, "RGB24");
+        await light.mouse.move(360, 240);
+        await untilText(light.locator("#readout"), (text) => /R \d+ {2}G \d+ {2}B \d+$/.test(text));
+        await untilText(light.locator("#shown"), (text) => /fps/.test(text));
+        await untilText(
+            light.locator("#rate"),
+            (text) => text.endsWith(" of 30.0 fps") && !text.startsWith("–"),
+        );
         await light.screenshot({ path: `${screenshots}/light.png` });
         await closePage(light);
         const dark = await openPage(view, { colorScheme: "dark" });
