@@ -48,6 +48,12 @@ public:
     }
 };
 
+void replaceAll(std::string& text, const std::string& what, const std::string& other) {
+    for (auto at = text.find(what); at != text.npos; at = text.find(what, at + other.size())) {
+        text.replace(at, what.size(), other);
+    }
+}
+
 class Doctor : public CCamhostTest {
 protected:
     Doctor() {
@@ -79,9 +85,10 @@ protected:
         m_outcome = camhost(arguments);
         std::string text = m_outcome.out;
         const std::string folder = m_folder.file("");
-        for (auto at = text.find(folder); at != text.npos; at = text.find(folder)) {
-            text.replace(at, folder.size(), "@/");
-        }
+        replaceAll(text, folder, "@/");
+        std::string inJson = folder;
+        replaceAll(inJson, "\\", "\\\\");
+        replaceAll(text, inJson, "@/");
         return text;
     }
     // Those that are wrong, each with its remedy.
