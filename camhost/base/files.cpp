@@ -73,7 +73,7 @@ std::string nameOf(const std::string& name) {
 }
 
 std::vector<std::uint8_t> readFile(const std::string& name, std::size_t largest) {
-    const auto refuse = [&name](const std::string& reason) {
+    const auto refuse = [](const std::string& reason) {
         return Failure{.exit = ExitCode::Usage, .code = "file", .message = reason};
     };
     std::ifstream file(pathOf(name), std::ios::binary);
