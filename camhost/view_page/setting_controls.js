@@ -59,17 +59,12 @@ function onWheel(input, step) {
     );
 }
 
-class NumberField {
+// A text that a user types: written once it is done, and taken back by Escape.
+class TypedField {
     #shown = "";
 
-    constructor(id, setting, label, write) {
-        this.element = element("input", {
-            type: "number",
-            id,
-            step: setting.type === "int" ? "1" : "any",
-            "aria-label": label,
-            autocomplete: "off",
-        });
+    constructor(attributes, write) {
+        this.element = element("input", { autocomplete: "off", ...attributes });
         this.element.addEventListener("change", () => {
             // What is written is not being typed any more.
             this.#shown = this.element.value;
@@ -82,13 +77,24 @@ class NumberField {
         });
     }
 
-    show(setting) {
-        this.#shown = plain(setting.text ?? "");
-        this.element.value = this.#shown;
+    showText(text) {
+        this.#shown = text;
+        this.element.value = text;
     }
 
     isEdited() {
         return document.activeElement === this.element && this.element.value !== this.#shown;
+    }
+}
+
+class NumberField extends TypedField {
+    constructor(id, setting, label, write) {
+        const step = setting.type === "int" ? "1" : "any";
+        super({ type: "number", id, step, "aria-label": label }, write);
+    }
+
+    show(setting) {
+        this.showText(plain(setting.text ?? ""));
     }
 }
 
@@ -208,36 +214,13 @@ class ChoiceControl {
     }
 }
 
-class TextControl {
-    #shown = "";
-
+class TextControl extends TypedField {
     constructor(id, setting, label, write) {
-        this.element = element("input", {
-            type: "text",
-            id,
-            "aria-label": label,
-            autocomplete: "off",
-            spellcheck: "false",
-        });
-        this.element.addEventListener("change", () => {
-            // What is written is not being typed any more.
-            this.#shown = this.element.value;
-            write(this.element.value);
-        });
-        this.element.addEventListener("keydown", (event) => {
-            if (event.key === "Escape") {
-                this.element.value = this.#shown;
-            }
-        });
+        super({ type: "text", id, "aria-label": label, spellcheck: "false" }, write);
     }
 
     show(setting) {
-        this.#shown = setting.text ?? "";
-        this.element.value = this.#shown;
-    }
-
-    isEdited() {
-        return document.activeElement === this.element && this.element.value !== this.#shown;
+        this.showText(setting.text ?? "");
     }
 
     setDisabled(flag) {
