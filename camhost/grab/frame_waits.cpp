@@ -34,7 +34,8 @@ WaitOutcome CFrameWaits::wait() {
         m_lost = false;
         outcome.restoredAfter = now - m_lostAt;
         m_lostBefore += now - m_lostAt;
-        m_lastSign = now;
+        // Back at some time of this wait: what it lasted is silence of the camera.
+        m_lastSign = before;
     }
     if (reply.status == HOST_STATUS_NO_FRAME) {
         ++m_counts.timeouts;

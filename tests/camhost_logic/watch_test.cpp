@@ -132,6 +132,17 @@ TEST_F(Watch, TheSettingsOfACameraThatIsBackAreToldAsTheyAre) {
                                   "lost 1 (0.3 s), changes 1\n"));
 }
 
+TEST_F(Watch, AReturnThatBringsNoFrameWasSilentForAllItsWait) {
+    camera().waits = {frame, lost, timeout, frame};
+    EXPECT_EQ(watch({"-t", "1.6"}).out,
+              begin + std::string("    0.125  lost after frame 1; searching ...\n"
+                                  "    1.325  restored after 1.2 s\n"
+                                  "    1.325  time-out: no frame in 1.0 s\n"
+                                  "    1.450  frames again after 1.1 s, time-outs 1\n"
+                                  "watched for 1.7 s: 4 frames, 8.0 fps while live, timeouts 1, "
+                                  "lost 1 (1.2 s), changes 0\n"));
+}
+
 TEST_F(Watch, SettingsOfACameraThatIsGoneAreNotRead) {
     camera().waits = {frame, timeout, lost, frame};
     camera().waits[1].values = {{"framerate", "0.000000"}, {"videoformat", ""}};
