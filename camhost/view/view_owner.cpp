@@ -30,7 +30,7 @@ CViewOwner::CViewOwner(const ViewSetup& setup)
       m_model(setup.model),
       m_jobs(setup.jobs),
       m_setup(setup),
-      m_watch(setup.system) {}
+      m_settings(setup.system) {}
 
 ViewEnd CViewOwner::run() {
     try {
@@ -53,8 +53,8 @@ void CViewOwner::begin() {
     m_started = now();
     m_camera = &shown(m_setup.firstCamera);
     startVideo();
-    m_watch.show(m_camera->settings());
-    m_model.setSettings(m_camera->channel().index(), m_watch.json());
+    m_settings.show(*m_camera);
+    m_model.setSettings(m_camera->channel().index(), m_settings.json());
     event("started", m_camera->channel().selector());
     publish();
 }
@@ -67,8 +67,8 @@ bool CViewOwner::turn() {
     if (m_end) {
         return false;
     }
-    if (m_watch.readOn()) {
-        m_model.setSettings(m_camera->channel().index(), m_watch.json());
+    if (m_settings.readOn()) {
+        m_model.setSettings(m_camera->channel().index(), m_settings.json());
     }
     if (m_camera->isLive() && now() >= m_nextCall) {
         takeTurn();
@@ -231,8 +231,8 @@ LiveState CViewOwner::liveState(double secondsWithoutFrame) const {
     if (secondsWithoutFrame < longWait) {
         return LiveState::Live;
     }
-    return m_watch.text("trigger enable switch") == "true" ? LiveState::Trigger
-                                                           : LiveState::Waiting;
+    return m_settings.text("trigger enable switch") == "true" ? LiveState::Trigger
+                                                              : LiveState::Waiting;
 }
 
 void CViewOwner::publish() {
@@ -253,7 +253,7 @@ void CViewOwner::publish() {
     seldom.pixelType = pixelTypeName(layout.pixelType);
     seldom.losses = m_counts.losses;
     seldom.refusals = m_refusals;
-    seldom.rateAsked = wholeNumber(m_watch.text("framerate"));
+    seldom.rateAsked = wholeNumber(m_settings.text("framerate"));
     if (m_recording) {
         const CRecording::Progress progress = m_recording->progress();
         seldom.recording = m_recordings;

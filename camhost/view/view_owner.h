@@ -15,8 +15,8 @@
 #include "camhost/view/frame_rate.h"
 #include "camhost/view/jobs.h"
 #include "camhost/view/recording.h"
-#include "camhost/view/settings_watch.h"
 #include "camhost/view/shown_camera.h"
+#include "camhost/view/shown_settings.h"
 #include "camhost/view/view_model.h"
 
 namespace camhost {
@@ -100,7 +100,7 @@ private:
     const ViewSetup m_setup;
     std::map<std::int32_t, std::unique_ptr<CShownCamera>> m_shown;  // by index
     CShownCamera* m_camera = nullptr;                               // the one shown now
-    CSettingsWatch m_watch;
+    CShownSettings m_settings;
     std::unique_ptr<CRecording> m_recording;  // null for none
     std::uint64_t m_recordings = 0;           // made so far
     GrabCounts m_counts;

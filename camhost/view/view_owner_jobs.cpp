@@ -94,8 +94,8 @@ void CViewOwner::requireDevice() const {
 }
 
 void CViewOwner::afterChange() {
-    m_watch.readAll();
-    m_model.setSettings(m_camera->channel().index(), m_watch.json());
+    m_settings.readAll();
+    m_model.setSettings(m_camera->channel().index(), m_settings.json());
 }
 
 // Settings are read again however it ends.
@@ -192,8 +192,8 @@ HttpResponse CViewOwner::doJob(const CameraJob& job) {
     m_lastSign = now();
     m_nextCall = m_lastSign;
     event("camera", next.channel().selector() + " " + next.channel().name());
-    m_watch.show(next.settings());
-    m_model.setSettings(job.camera, m_watch.json());
+    m_settings.show(next);
+    m_model.setSettings(job.camera, m_settings.json());
     if (!next.isLive()) {
         startVideo();
     }

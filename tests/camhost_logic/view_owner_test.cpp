@@ -71,6 +71,17 @@ TEST_F(ViewOwner, ALostCameraIsSearchedForAndComesBack) {
     EXPECT_THAT(camera().log, ElementsAre("start")) << "neither stopped nor started meanwhile";
 }
 
+TEST_F(ViewOwner, SettingsOfACameraThatIsGoneStayAsTheyWereRead) {
+    Wait unplugged = timeout;
+    unplugged.missing = true;
+    unplugged.values = {{"gain value range", "0"}};
+    waits({frame, unplugged, lost, lost, lost});
+    begin();
+    turns(4);
+    EXPECT_EQ(state({"live"}), "lost");
+    EXPECT_EQ(setting("gain value range", "value"), "10");
+}
+
 TEST_F(ViewOwner, ACameraThatComesBackLargerIsStartedAnew) {
     waits({frame, lost, frame});
     begin();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // All settings of the camera shown, read again and again a few at a time, so that frames
-// go by in between. The owner's thread. Portable.
+// go by in between. Those of a camera that is gone stay as they were read last. The
+// owner's thread. Portable.
 #pragma once
 
 #include <string>
@@ -8,15 +9,16 @@
 
 #include "camhost/base/system.h"
 #include "camhost/settings/settings.h"
+#include "camhost/view/shown_camera.h"
 
 namespace camhost {
 
-class CSettingsWatch {
+class CShownSettings {
 public:
-    explicit CSettingsWatch(CSystem& system) : m_system(system) {}
+    explicit CShownSettings(CSystem& system) : m_system(system) {}
 
-    // From now on these, which outlive the watch or another call of this; all are read.
-    void show(CSettings& settings);
+    // From now on those of this camera, which outlives this or its next call; all are read.
+    void show(CShownCamera& camera);
     void readAll();
     // Reads on for some milliseconds. True when the last setting was read, and one of them
     // was another than before.
@@ -31,7 +33,7 @@ private:
     void startRound();
 
     CSystem& m_system;
-    CSettings* m_shown = nullptr;
+    CShownCamera* m_camera = nullptr;
     std::vector<Setting> m_settings;
     std::size_t m_next = 0;  // to be read in this round
     bool m_changed = false;  // one of this round
