@@ -9,6 +9,7 @@
 #include "camhost/base/number_texts.h"
 #include "camhost/base/texts.h"
 #include "camhost/camera/adapter_call.h"
+#include "camhost/camera/record_with_room.h"
 
 namespace camhost {
 
@@ -122,7 +123,8 @@ CJson identityJson(const CRecordChannel& camera) {
 
 CCameras::CCameras(GetVideoChannelEntry getVideoChannel) : m_getVideoChannel(getVideoChannel) {
     for (std::int32_t index = 0; index < mostCameras; ++index) {
-        VideoChannelRecord record{};
+        RecordWithRoom room;
+        VideoChannelRecord& record = room.record;
         const std::int32_t result = callAdapter(
             "GetVideoChannel", [&] { return getVideoChannel(nullptr, index, &record); });
         if (result != HOST_RESULT_SUCCESS) {

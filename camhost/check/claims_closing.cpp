@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "camhost/camera/adapter_call.h"
+#include "camhost/camera/record_with_room.h"
 #include "camhost/check/check.h"
 #include "camhost/check/claim_groups.h"
 
@@ -107,9 +108,9 @@ constexpr Claim deadClaims[] = {
     {"CloseChannel answers 0", closeAnswersZero<hostOf>},
 };
 
-std::int32_t recordAt(CCheck& check, std::size_t index, VideoChannelRecord& record) {
+std::int32_t recordAt(CCheck& check, std::size_t index, RecordWithRoom& room) {
     return callAdapter("GetVideoChannel", [&] {
-        return check.getVideoChannel()(nullptr, static_cast<std::int32_t>(index), &record);
+        return check.getVideoChannel()(nullptr, static_cast<std::int32_t>(index), &room.record);
     });
 }
 
@@ -118,8 +119,9 @@ void closes(CCheck& check) {
 }
 
 void laterOnesMoveDown(CCheck& check) {
-    VideoChannelRecord record{};
-    const std::int32_t result = recordAt(check, check.place(), record);
+    RecordWithRoom room;
+    const VideoChannelRecord& record = room.record;
+    const std::int32_t result = recordAt(check, check.place(), room);
     const std::size_t next = check.place() + 1;
     const bool isLast = next == check.all().size();
     check.expect(result == (isLast ? HOST_RESULT_FAILURE : HOST_RESULT_SUCCESS),
@@ -141,8 +143,8 @@ void noneComeBack(CCheck& check) {
     for (CHostCalls& each : check.all()) {
         each.close();
     }
-    VideoChannelRecord record{};
-    check.expect(recordAt(check, 0, record) == HOST_RESULT_FAILURE,
+    RecordWithRoom room;
+    check.expect(recordAt(check, 0, room) == HOST_RESULT_FAILURE,
                  "there is a camera after the last was closed");
 }
 

@@ -94,7 +94,7 @@ void entriesAreThere(CCheck& check) {
 void nameEndsInTime(CCheck& check) {
     constexpr std::ptrdiff_t most = 253;
     const VideoChannelRecord record = again(check);
-    const auto* end = std::find(std::begin(record.deviceName), std::end(record.deviceName), '\0');
+    const auto end = std::find(std::begin(record.deviceName), std::end(record.deviceName), '\0');
     check.expect(end - record.deviceName <= most, "it is longer");
 }
 

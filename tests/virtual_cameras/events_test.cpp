@@ -54,6 +54,10 @@ protected:
         ASSERT_TRUE(m_grabber->startLive(false)) << errorOf(*m_grabber);
     }
     void TearDown() override {
+        // The fast clock goes on delivering into the listener.
+        if (m_grabber && m_grabber->isLive()) {
+            m_grabber->stopLive();
+        }
         m_listener.last = {};
         m_grabber.reset();
         CRigTest::TearDown();
