@@ -151,8 +151,10 @@ public:
     }
     dvector(dvector&& other) noexcept { swap(other); }
     dvector& operator=(const dvector& other) {
-        dvector copy(other);
-        swap(copy);
+        if (this != &other) {
+            dvector copy(other);
+            swap(copy);
+        }
         return *this;
     }
     dvector& operator=(dvector&& other) noexcept {
