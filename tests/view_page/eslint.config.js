@@ -33,7 +33,7 @@ export default [
         },
     },
     {
-        files: ["**/tests/view_page/**"],
+        files: ["**/{tests,bench}/view_page/**"],
         languageOptions: { globals: { ...globals.node, ...globals.browser } },
         rules: { "max-lines-per-function": "off" },
     },

@@ -92,8 +92,9 @@ export async function closeBrowser() {
 }
 
 // A page of the view in a window of its own; `problems` are exceptions and what the
-// security policy refused.
-export async function openPage(view, { width = 1280, height = 800, colorScheme = "light" } = {}) {
+// security policy refused. `beforeLoad` runs in the page before its own scripts.
+export async function openPage(view, options = {}) {
+    const { width = 1280, height = 800, colorScheme = "light", beforeLoad } = options;
     const context = await browser.newContext({ viewport: { width, height }, colorScheme });
     context.setDefaultTimeout(deadline);
     const page = await context.newPage();
@@ -104,6 +105,9 @@ export async function openPage(view, { width = 1280, height = 800, colorScheme =
             page.problems.push(message.text());
         }
     });
+    if (beforeLoad) {
+        await page.addInitScript(beforeLoad);
+    }
     await page.goto(view.address);
     await page.waitForSelector("#picture[data-number]");
     await page.waitForSelector("#groups .row");
