@@ -16,6 +16,7 @@
 #include "bench/load_rig.h"
 #include "bench/results.h"
 #include "bench/win32/adapter_module.h"
+#include "bench/win32/debugger_texts.h"
 #include "platform/windows.h"
 
 namespace {
@@ -23,13 +24,10 @@ namespace {
 std::atomic<std::uint64_t> arrived = 0;
 std::atomic<std::uint64_t> taken = 0;
 
-constexpr DWORD narrowText = 0x40010006;
-constexpr DWORD wideText = 0x4001000A;
-
 LONG CALLBACK hear(EXCEPTION_POINTERS* pointers) {
     const std::uint64_t time = __rdtsc();
     const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
-    if (record.ExceptionCode != narrowText && record.ExceptionCode != wideText) {
+    if (!bench::isDebuggerText(record)) {
         return EXCEPTION_CONTINUE_SEARCH;
     }
     // "FrameReady:\n", then "FrameReady: ok\n" where somebody waits; their lengths tell

@@ -14,16 +14,14 @@
 #include "bench/harness.h"
 #include "bench/results.h"
 #include "bench/win32/adapter_module.h"
+#include "bench/win32/debugger_texts.h"
 
 namespace {
 
 std::uint64_t textsHeard = 0;
 
 LONG CALLBACK hear(EXCEPTION_POINTERS* pointers) {
-    constexpr DWORD narrowText = 0x40010006;
-    constexpr DWORD wideText = 0x4001000A;
-    const DWORD code = pointers->ExceptionRecord->ExceptionCode;
-    if (code != narrowText && code != wideText) {
+    if (!bench::isDebuggerText(*pointers->ExceptionRecord)) {
         return EXCEPTION_CONTINUE_SEARCH;
     }
     ++textsHeard;

@@ -140,4 +140,13 @@ std::vector<std::string> CCheck::lostSettings() {
     return m_saved->differences(m_host);
 }
 
+void enterLive(CCheck& check) {
+    check.goLive();
+}
+
+void leaveStopped(CCheck& check) {
+    check.goStopped();
+    check.putSettingsBack();
+}
+
 }  // namespace camhost

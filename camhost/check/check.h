@@ -88,4 +88,8 @@ private:
     bool m_closed = false;
 };
 
+// How groups of claims enter and leave live video.
+void enterLive(CCheck& check);
+void leaveStopped(CCheck& check);
+
 }  // namespace camhost

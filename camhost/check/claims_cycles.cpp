@@ -64,15 +64,10 @@ constexpr Claim claims[] = {
      [](CCheck& check) { leavesNone<&ProcessResources::handles>(check, readRound); }},
 };
 
-void leave(CCheck& check) {
-    check.goStopped();
-    check.putSettingsBack();
-}
-
 }  // namespace
 
 ClaimGroup cycleClaims() {
-    return {"Starts and stops", claims, [](CCheck& check) { check.runFree(); }, leave};
+    return {"Starts and stops", claims, [](CCheck& check) { check.runFree(); }, leaveStopped};
 }
 
 }  // namespace camhost

@@ -124,23 +124,14 @@ constexpr Claim typeTable[] = {
     {"rgb24 writes nothing outside of it", copyKeepsInside<rgb24>},
 };
 
-void enterLive(CCheck& check) {
-    check.goLive();
-}
-
-void leave(CCheck& check) {
-    check.goStopped();
-    check.putSettingsBack();
-}
-
 }  // namespace
 
 ClaimGroup frameClaims() {
-    return {"Frames", frameTable, enterLive, leave};
+    return {"Frames", frameTable, enterLive, leaveStopped};
 }
 
 ClaimGroup pixelTypeClaims() {
-    return {"Pixel types", typeTable, [](CCheck& check) { check.saveSettings(); }, leave};
+    return {"Pixel types", typeTable, [](CCheck& check) { check.saveSettings(); }, leaveStopped};
 }
 
 }  // namespace camhost

@@ -178,18 +178,9 @@ constexpr Claim liveClaimTable[] = {
     {"StopAcquisition", whileLive<stop>},
 };
 
-void enterLive(CCheck& check) {
-    check.goLive();
-}
-
 void enterStopped(CCheck& check) {
     check.goLive();
     check.goStopped();
-}
-
-void leave(CCheck& check) {
-    check.goStopped();
-    check.putSettingsBack();
 }
 
 void refusedWithoutMessage(CCheck& check, Answer (*call)(CHostCalls&)) {
@@ -229,15 +220,16 @@ constexpr Claim messageClaims[] = {
 }  // namespace
 
 ClaimGroup beforeStartClaims() {
-    return {"Before the start", stoppedClaims, [](CCheck& check) { check.saveSettings(); }, leave};
+    return {"Before the start", stoppedClaims, [](CCheck& check) { check.saveSettings(); },
+            leaveStopped};
 }
 
 ClaimGroup liveClaims() {
-    return {"Live", liveClaimTable, enterLive, leave};
+    return {"Live", liveClaimTable, enterLive, leaveStopped};
 }
 
 ClaimGroup afterStopClaims() {
-    return {"After a stop", stoppedClaims, enterStopped, leave};
+    return {"After a stop", stoppedClaims, enterStopped, leaveStopped};
 }
 
 ClaimGroup noMessageClaims() {

@@ -74,6 +74,19 @@ void CFrameWaits::pause() {
     m_system.sleep(searchPause);
 }
 
+std::optional<GrabEnd> CFrameWaits::searchOn(const WaitOutcome& outcome, double patience,
+                                             CReport& report) {
+    if (outcome.end == WaitEnd::Lost) {
+        report.message(lostLine(m_camera.selector(), m_counts.frames) +
+                       (patience > 0.0 ? "; searching ..." : ""));
+    }
+    if (secondsLost() >= patience) {
+        return GrabEnd::Lost;
+    }
+    pause();
+    return std::nullopt;
+}
+
 void CFrameWaits::updateTimes() {
     const double now = m_system.seconds();
     m_counts.seconds = now - m_started;

@@ -5,6 +5,7 @@
 
 #include <optional>
 
+#include "camhost/base/report.h"
 #include "camhost/base/system.h"
 #include "camhost/camera/record_channel.h"
 #include "camhost/grab/grab_counts.h"
@@ -35,6 +36,9 @@ public:
     void noteFrame();
     // Between two searches for a lost camera.
     void pause();
+    // Behind a wait that found the camera gone: tells a loss once, and pauses until the next
+    // search. The end once nobody is so patient (seconds).
+    std::optional<GrabEnd> searchOn(const WaitOutcome& outcome, double patience, CReport& report);
 
     bool isLost() const { return m_lost; }
     double secondsLost() const { return m_system.seconds() - m_lostAt; }

@@ -51,8 +51,7 @@ CGrabRun::CGrabRun(CRecordChannel& camera, const GrabPlan& plan, CSystem& system
 }
 
 FrameLayout CGrabRun::readLayout() {
-    const ImageInfo image = m_camera.readImageInfo();
-    return {image.width, image.height, image.pixelType, isMadeFromColours(m_formats.current)};
+    return readFrameLayout(m_camera, isMadeFromColours(m_formats.current));
 }
 
 GrabEnd CGrabRun::run(const VideoFormats& formats) {
@@ -162,25 +161,13 @@ std::optional<GrabEnd> CGrabRun::step(CFrameBuffer& buffer) {
     switch (outcome.end) {
         case WaitEnd::Lost:
         case WaitEnd::StillLost:
-            return onLost(outcome);
+            return m_waits.searchOn(outcome, m_plan.patience, m_report);
         case WaitEnd::TimedOut:
             return onTimeout();
         case WaitEnd::Frame:
             takeFrame(buffer, outcome);
             break;
     }
-    return std::nullopt;
-}
-
-std::optional<GrabEnd> CGrabRun::onLost(const WaitOutcome& outcome) {
-    if (outcome.end == WaitEnd::Lost) {
-        m_report.message(lostLine(m_camera.selector(), m_counts.frames) +
-                         (m_plan.patience > 0.0 ? "; searching ..." : ""));
-    }
-    if (m_waits.secondsLost() >= m_plan.patience) {
-        return GrabEnd::Lost;
-    }
-    m_waits.pause();
     return std::nullopt;
 }
 

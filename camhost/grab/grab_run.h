@@ -54,7 +54,6 @@ private:
     FrameLayout readLayout();
     GrabEnd loop(CFrameBuffer& buffer);
     std::optional<GrabEnd> step(CFrameBuffer& buffer);
-    std::optional<GrabEnd> onLost(const WaitOutcome& outcome);
     std::optional<GrabEnd> onTimeout();
     std::optional<GrabEnd> mend(CFrameBuffer& buffer, const WaitOutcome& outcome);
     void drop();

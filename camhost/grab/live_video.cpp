@@ -30,6 +30,11 @@ void CLiveVideo::stop() {
     m_camera.stop();
 }
 
+FrameLayout readFrameLayout(CRecordChannel& camera, bool madeFromColours) {
+    const ImageInfo image = camera.readImageInfo();
+    return {image.width, image.height, image.pixelType, madeFromColours};
+}
+
 Failure badSize(const FrameLayout& layout) {
     return {.code = "bad_size",
             .message = "the camera reports a picture of " + std::to_string(layout.width) + "x" +

@@ -24,6 +24,9 @@ private:
     bool m_live = true;
 };
 
+// Of the frames that the camera delivers, or would deliver when started now. Throws a Failure.
+FrameLayout readFrameLayout(CRecordChannel& camera, bool madeFromColours);
+
 // Of an adapter that reports a size that can not be, or copied too much.
 Failure badSize(const FrameLayout& layout);
 Failure wrotePastBuffer();

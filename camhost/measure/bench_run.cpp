@@ -29,8 +29,7 @@ CBenchRun::CBenchRun(CRecordChannel& camera, const BenchPlan& plan, CSystem& sys
 
 GrabEnd CBenchRun::run(bool areColoursMadeRaw) {
     CLiveVideo video(m_camera);
-    const ImageInfo image = m_camera.readImageInfo();
-    m_figures.layout = {image.width, image.height, image.pixelType, areColoursMadeRaw};
+    m_figures.layout = readFrameLayout(m_camera, areColoursMadeRaw);
     CFrameBuffer buffer(m_figures.layout);
     if (buffer.empty()) {
         throw badSize(m_figures.layout);
@@ -94,7 +93,8 @@ std::optional<GrabEnd> CBenchRun::step(CFrameBuffer& buffer) {
     switch (outcome.end) {
         case WaitEnd::Lost:
         case WaitEnd::StillLost:
-            return onLost(outcome);
+            m_lastFrameAt.reset();
+            return m_waits.searchOn(outcome, m_plan.patience, m_report);
         case WaitEnd::TimedOut:
             return onTimeout(outcome);
         case WaitEnd::Frame:
@@ -114,19 +114,6 @@ void CBenchRun::noteGap(double began) {
         m_figures.missedByCopies += 2.0 * m_lastCopy >= gap ? missed : 0.0;
         m_openGapAt.reset();
     }
-}
-
-std::optional<GrabEnd> CBenchRun::onLost(const WaitOutcome& outcome) {
-    m_lastFrameAt.reset();
-    if (outcome.end == WaitEnd::Lost) {
-        m_report.message(lostLine(m_camera.selector(), m_figures.counts.frames) +
-                         (m_plan.patience > 0.0 ? "; searching ..." : ""));
-    }
-    if (m_waits.secondsLost() >= m_plan.patience) {
-        return GrabEnd::Lost;
-    }
-    m_waits.pause();
-    return std::nullopt;
 }
 
 std::optional<GrabEnd> CBenchRun::onTimeout(const WaitOutcome& outcome) {

@@ -39,7 +39,6 @@ private:
     GrabEnd loop(CFrameBuffer& buffer);
     std::optional<GrabEnd> end() const;
     std::optional<GrabEnd> step(CFrameBuffer& buffer);
-    std::optional<GrabEnd> onLost(const WaitOutcome& outcome);
     std::optional<GrabEnd> onTimeout(const WaitOutcome& outcome);
     void takeFrame(CFrameBuffer& buffer, const WaitOutcome& outcome);
     void noteGap(double began);

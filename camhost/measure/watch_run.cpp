@@ -35,9 +35,8 @@ CWatchRun::CWatchRun(CRecordChannel& camera, CSettings& settings, CSystem& syste
 
 GrabEnd CWatchRun::run(const CJson& identity) {
     CLiveVideo video(m_camera);
-    const ImageInfo image = m_camera.readImageInfo();
     // As if made from colours, where a copy may take more room.
-    const FrameLayout layout{image.width, image.height, image.pixelType, true};
+    const FrameLayout layout = readFrameLayout(m_camera, true);
     CFrameBuffer buffer(layout);
     if (buffer.empty()) {
         throw badSize(layout);

@@ -4,8 +4,7 @@
 namespace camhost {
 
 FrameLayout CShownCamera::readLayout() {
-    const ImageInfo image = m_channel.readImageInfo();
-    return {image.width, image.height, image.pixelType, isMadeFromColours(m_formats.current)};
+    return readFrameLayout(m_channel, isMadeFromColours(m_formats.current));
 }
 
 void CShownCamera::start() {
@@ -18,10 +17,7 @@ void CShownCamera::start() {
     m_layout = readLayout();
     if (frameBytes(m_layout) == 0) {
         m_video.reset();
-        throw Failure{.code = "bad_size",
-                      .message = "the camera reports a picture of " +
-                                 std::to_string(m_layout.width) + "x" +
-                                 std::to_string(m_layout.height)};
+        throw badSize(m_layout);
     }
 }
 

@@ -117,6 +117,7 @@ void CViewOwner::stopVideo() {
 }
 
 void CViewOwner::takeTurn() {
+    const double before = now();
     try {
         const FrameReply wait = m_camera->channel().waitFrame();
         if (wait.status == HOST_STATUS_NO_DEVICE) {
@@ -128,7 +129,7 @@ void CViewOwner::takeTurn() {
             return;
         }
         if (m_camera->isLost()) {
-            onBack();
+            onBack(before);
         }
         if (wait.status == HOST_STATUS_NO_FRAME) {
             onTimeout();
@@ -148,21 +149,21 @@ void CViewOwner::onLost() {
     m_camera->setLost(now());
     ++m_counts.losses;
     m_rate.clear();
-    const std::string text = "lost " + m_camera->channel().selector() + " after frame " +
-                             std::to_string(m_counts.frames);
+    const std::string text = lostLine(m_camera->channel().selector(), m_counts.frames);
     m_report.message(text + "; searching ...");
     event("lost", text);
 }
 
-void CViewOwner::onBack() {
+void CViewOwner::onBack(double waitedSince) {
     const double seconds = now() - m_camera->lostAt();
     m_camera->setLost(std::nullopt);
     m_lostBefore += seconds;
-    m_lastSign = now();
+    // Back at some time of this wait: what it lasted is silence of the camera.
+    m_lastSign = waitedSince;
     if (m_lastFrame) {
         *m_lastFrame += seconds;
     }
-    const std::string text = "restored after " + fixedText(seconds, 1) + " s";
+    const std::string text = restoredLine(seconds);
     m_report.message(text);
     event("restored", text);
     try {
@@ -197,7 +198,7 @@ void CViewOwner::takeFrame() {
     std::unique_ptr<ViewFrame> frame = m_model.frames().take(m_camera->layout());
     const FrameReply copy = m_camera->channel().copyFrame(frame->buffer.data());
     if (!frame->buffer.intact()) {
-        throw Failure{.code = "internal", .message = "the adapter wrote past the frame buffer"};
+        throw wrotePastBuffer();
     }
     if (copy.status != HOST_STATUS_DONE) {
         m_model.frames().giveBack(std::move(frame));

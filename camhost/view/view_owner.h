@@ -82,7 +82,7 @@ private:
     void stopVideo();
     void takeTurn();
     void onLost();
-    void onBack();
+    void onBack(double waitedSince);
     void onTimeout();
     void onRefused(const std::string& message);
     void takeFrame();

@@ -71,6 +71,15 @@ TEST_F(ViewOwner, ALostCameraIsSearchedForAndComesBack) {
     EXPECT_THAT(camera().log, ElementsAre("start")) << "neither stopped nor started meanwhile";
 }
 
+TEST_F(ViewOwner, TheWaitWithWhichACameraComesBackCountsAsSilence) {
+    waits({frame, lost, timeout, frame});
+    begin();
+    turns(40);
+    EXPECT_EQ(eventLines(),
+              "started: 1A2B\nlost: lost 1A2B after frame 1\nrestored: restored after 1.2 s\n"
+              "timeout: no frame in 1.0 s\n");
+}
+
 TEST_F(ViewOwner, SettingsOfACameraThatIsGoneStayAsTheyWereRead) {
     Wait unplugged = timeout;
     unplugged.missing = true;
