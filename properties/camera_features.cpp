@@ -7,6 +7,7 @@
 #include "capture/conversions.h"
 #include "capture/result_codes.h"
 #include "platform/text.h"
+#include "properties/collection_members.h"
 #include "properties/value_text.h"
 #include "velmora/host_blocks.h"
 
@@ -37,13 +38,11 @@ std::vector<std::string> validTexts(DShowLib::IVCDMapStringsProperty& mapStrings
     if (!list) {
         return texts;
     }
-    LONG count = 0;
-    throwIfFailed(list->getCount(&count));
-    for (LONG index = 1; index <= count; ++index) {
+    forEachIndex(*list.get(), [&](LONG index) {
         CComText text;
         throwIfFailed(list->getItem(index, text.put()));
         texts.push_back(text.narrow());
-    }
+    });
     return texts;
 }
 

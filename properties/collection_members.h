@@ -8,19 +8,28 @@
 #include "capture/capture_library.h"
 #include "capture/result_codes.h"
 
-// All members of a collection with a count and 1-based items, in its order; none for a
-// negative count. Throws a failing result code; a member that is missing is left out.
-template <class Member, class Collection>
-std::vector<DShowLib::smart_com<Member>> membersOf(Collection& collection) {
+// Calls `visit` with each index of a collection, which has a count and 1-based items; never
+// for a negative count. Throws a failing result code.
+template <class Collection, class Visit>
+void forEachIndex(Collection& collection, Visit visit) {
     LONG count = 0;
     throwIfFailed(collection.getCount(&count));
+    for (LONG index = 0; index < count; ++index) {
+        visit(index + 1);
+    }
+}
+
+// All members of a collection, in its order. Throws a failing result code; a member that is
+// missing is left out.
+template <class Member, class Collection>
+std::vector<DShowLib::smart_com<Member>> membersOf(Collection& collection) {
     std::vector<DShowLib::smart_com<Member>> members;
-    for (LONG index = 1; index <= count; ++index) {
+    forEachIndex(collection, [&](LONG index) {
         DShowLib::smart_com<Member> member;
         throwIfFailed(collection.getItem(index, member.put()));
         if (member) {
             members.push_back(std::move(member));
         }
-    }
+    });
     return members;
 }
