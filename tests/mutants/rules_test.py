@@ -57,6 +57,20 @@ class Rules(unittest.TestCase):
     def test_neighbours_are_swapped(self):
         self.assertIn(("swapped", "stop();\nreset();"), mutants("{", "    reset();", "    stop();", "}"))
 
+    def test_assignments_that_do_not_read_each_other_are_not_swapped(self):
+        def swaps(*lines):
+            return {m for m in mutants("{", *lines, "}") if m[0] == "swapped"}
+        self.assertEqual(set(), swaps("    m_width = static_cast<std::int32_t>(width);", "    m_height = height;"))
+        self.assertNotEqual(set(), swaps("    m_width = width;", "    m_height = m_width;"))
+        self.assertNotEqual(set(), swaps("    m_width = read();", "    m_height = height;"))
+
+    def test_special_members_stay(self):
+        self.assertEqual(set(), mutants("{", "    CListener() = default;", "    CListener(const CListener&) = delete;"))
+
+    def test_what_a_mask_leaves_out_stays(self):
+        constants = {m for m in mutants("    setr(0, -1, -1);") if m[0] == "constant"}
+        self.assertEqual({("constant", "setr(1, -1, -1);")}, constants)
+
     def test_declarations_and_returns_stay(self):
         self.assertEqual(set(), {m for m in mutants("{", "    CBuffer buffer;", "    return buffer;", "}")
                                  if m[0] in ("left out", "swapped")})
