@@ -23,6 +23,11 @@ constexpr std::size_t fewPictures = 8;     // written before anybody wonders
 constexpr double tooShortToBeNew = 0.001;  // seconds of a wait
 constexpr int mostOldInARow = 16;          // a camera that goes on so is fast, not late
 
+std::string sizeText(const FrameLayout& layout) {
+    return std::to_string(layout.width) + "x" + std::to_string(layout.height) + " " +
+           std::string(pixelTypeName(layout.pixelType));
+}
+
 CPictureWriter::Store writerTo(CReport& report) {
     return [&output = report.giveOutput()](const Picture&, std::span<const std::uint8_t> bytes) {
         output.write(reinterpret_cast<const char*>(bytes.data()),
@@ -154,6 +159,7 @@ std::optional<GrabEnd> CGrabRun::step(CFrameBuffer& buffer) {
     if (outcome.restoredAfter) {
         m_report.message(restoredLine(*outcome.restoredAfter));
         m_mayBeOld = m_plan.fresh;
+        m_mayDiffer = true;
         if (m_hooks.onRestored) {
             return mend(buffer, outcome);
         }
@@ -184,7 +190,25 @@ void CGrabRun::drop() {
     m_counts.dropped = m_counts.dropped.value_or(0) + 1;
 }
 
+// Others would be taken for those of the grab. A loss within one wait looks like a time-out.
+void CGrabRun::requireSamePictures() {
+    ImageInfo image{};
+    std::uint32_t status = 0;
+    if (!m_mayDiffer || !m_camera.imageInfo(image, status).done()) {
+        return;  // gone again: looked at when it is back
+    }
+    m_mayDiffer = false;
+    const FrameLayout found{image.width, image.height, image.pixelType, m_layout.madeFromColours};
+    if (found != m_layout) {
+        throw Failure{.code = "other_pictures",
+                      .message = "the camera delivers " + sizeText(found) + " now, no longer " +
+                                 sizeText(m_layout),
+                      .hint = m_hooks.onRestored ? "" : "--reapply sets its format again"};
+    }
+}
+
 std::optional<GrabEnd> CGrabRun::onTimeout() {
+    m_mayDiffer = true;
     m_mayBeOld = m_plan.fresh;
     m_secondsWithoutFrame = m_waits.secondsWithoutFrame();
     if (m_secondsWithoutFrame >= m_plan.timeout) {
@@ -201,6 +225,7 @@ bool CGrabRun::isOld(const WaitOutcome& outcome) {
 }
 
 void CGrabRun::takeFrame(CFrameBuffer& buffer, const WaitOutcome& outcome) {
+    requireSamePictures();
     if (!m_waits.copy(buffer)) {
         return;
     }

@@ -56,6 +56,7 @@ private:
     std::optional<GrabEnd> step(CFrameBuffer& buffer);
     std::optional<GrabEnd> onTimeout();
     std::optional<GrabEnd> mend(CFrameBuffer& buffer, const WaitOutcome& outcome);
+    void requireSamePictures();
     void drop();
     bool isOld(const WaitOutcome& outcome);
     void takeFrame(CFrameBuffer& buffer, const WaitOutcome& outcome);
@@ -81,7 +82,8 @@ private:
     double m_lastProgress = 0.0;
     double m_secondsWithoutFrame = 0.0;
     int m_oldInARow = 0;
-    bool m_mayBeOld = false;  // a frame may lie ready that is older than its wait
+    bool m_mayBeOld = false;   // a frame may lie ready that is older than its wait
+    bool m_mayDiffer = false;  // the camera may have gone and come back since the last frame
     bool m_hasBegun = false;
 };
 

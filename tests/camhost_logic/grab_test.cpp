@@ -153,6 +153,29 @@ TEST_F(Grab, ALossIsToldOnceAndItsEndToo) {
     EXPECT_THAT(outcome.out, HasSubstr("timeouts 0, lost 1 (0.7 s), Mono8"));
 }
 
+TEST_F(Grab, ACameraThatComesBackWithOtherPicturesEndsIt) {
+    Wait back = frame;
+    back.width = 8;
+    camera().waits = {frame, lost, back, frame};
+    const Outcome outcome = grabNothing({"-n", "3"});
+    EXPECT_EQ(outcome.exit, 1);
+    EXPECT_EQ(outcome.err,
+              "lost 1A2B after frame 1; searching ...\nrestored after 0.3 s\n"
+              "error: the camera delivers 8x2 Mono8 now, no longer 4x2 Mono8\n"
+              "hint:  --reapply sets its format again\n");
+    EXPECT_THAT(outcome.out, HasSubstr("done: 1 frame in "));
+}
+
+TEST_F(Grab, ALossWithinOneWaitIsSeenByItsPicturesToo) {
+    Wait back = timeout;
+    back.width = 8;
+    camera().waits = {frame, back, frame};
+    const Outcome outcome = grabNothing({"-n", "3"});
+    EXPECT_EQ(outcome.exit, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("error: the camera delivers 8x2 Mono8 now, no longer 4x2 "
+                                       "Mono8\n"));
+}
+
 TEST_F(Grab, ALossForGoodIsFive) {
     camera().waits.assign(1000, lost);
     const Outcome outcome = grabNothing({"--on-loss", "2"});

@@ -188,6 +188,7 @@ std::int32_t waitFrame(char* message, void* context, std::uint32_t* status) {
     }
     current->time += wait.seconds;
     camera.missing = wait.missing;
+    camera.width = wait.width > 0 ? wait.width : camera.width;
     for (const auto& [key, text] : wait.values) {
         camera.values[key] = text;
     }

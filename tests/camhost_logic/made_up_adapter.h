@@ -22,6 +22,7 @@ struct Wait {
     double seconds = 0.0;
     std::string message;
     std::map<std::string, std::string> values{};  // that the settings have from then on
+    std::int32_t width = 0;                       // of the pictures from then on; 0: as before
     bool missing = false;                         // the camera is gone, which the next wait tells
 };
 
