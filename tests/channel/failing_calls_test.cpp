@@ -52,6 +52,9 @@ TEST_F(FailingCalls, AFrameRateThatThrowsLeavesTheCameraLive) {
     EXPECT_THAT(
         library_log::operations({"Grabber::stopLive", "Grabber::setFPS", "Grabber::startLive"}),
         ElementsAre("Grabber::stopLive", "Grabber::setFPS", "Grabber::startLive"));
+    EXPECT_THAT(library_log::invocations({"Grabber::startLive"}),
+                ElementsAre("Grabber::startLive(false)"))
+        << "the picture is not shown";
     EXPECT_EQ(alive().liveDevices, 1U);
 }
 
@@ -179,6 +182,24 @@ TEST_F(FailingCalls, AnUnlockThatThrowsInACopyIsMadeUpForByTheNextStart) {
     EXPECT_EQ(lockedBuffers(), 1);
     EXPECT_EQ(start(), refused()) << "live already";
     EXPECT_EQ(lockedBuffers(), 0);
+}
+
+TEST_F(FailingCalls, AnUnlockThatThrowsInAStartLeavesNoFrameToCopy) {
+    openWithFrame();
+    breakCall("MemBuffer::unlock");
+    EXPECT_THROW(start(), char*);
+    CHostMemory frame(8 * 4);
+    EXPECT_EQ(copy(frame), noFrame());
+    EXPECT_TRUE(frame.isUntouched(0, 8 * 4));
+}
+
+TEST_F(FailingCalls, AnRgb24FrameBehindAStartIsTheSinksWhateverSizeTheCameraTells) {
+    openLiveInRgb24();
+    EXPECT_EQ(stop(), accepted());
+    refuseCall("Grabber::getAcqSizeMaxX");
+    EXPECT_EQ(start(), accepted());
+    EXPECT_EQ(channel().width(), 0);
+    EXPECT_FALSE(receiveFrame(8 * 4 * 3).isUntouched(8 * 4 * 3 - 4, 4));
 }
 
 TEST_F(FailingCalls, ADeviceThatComesBackLargerStaysWithinTheHostsMemory) {

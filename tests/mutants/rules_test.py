@@ -67,6 +67,11 @@ class Rules(unittest.TestCase):
     def test_special_members_stay(self):
         self.assertEqual(set(), mutants("{", "    CListener() = default;", "    CListener(const CListener&) = delete;"))
 
+    def test_the_bound_of_a_fixed_text_stays(self):
+        self.assertEqual({"text", "left out"}, {rule for rule, _ in mutants("{", '    writeText(message, 255, "Lost.");')})
+        self.assertIn(("constant", 'writeText(message, 256, "No ", name);'),
+                      mutants("{", '    writeText(message, 255, "No ", name);'))
+
     def test_what_a_mask_leaves_out_stays(self):
         constants = {m for m in mutants("    setr(0, -1, -1);") if m[0] == "constant"}
         self.assertEqual({("constant", "setr(1, -1, -1);")}, constants)

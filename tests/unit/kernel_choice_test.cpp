@@ -9,6 +9,7 @@
 #include <string>
 
 #include "acquisition/frame_copy.h"
+#include "acquisition/kernels/processor.h"
 #include "acquisition/kernels/vector_frames.h"
 
 namespace {
