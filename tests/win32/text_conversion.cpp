@@ -131,6 +131,10 @@ int MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int size, LPWST
     if (badArguments(codePage, text, size, wide, wideSize)) {
         return fail(ERROR_INVALID_PARAMETER);
     }
+    // UTF-8 has no other flag.
+    if ((flags & ~MB_ERR_INVALID_CHARS) != 0) {
+        return fail(ERROR_INVALID_FLAGS);
+    }
     std::string_view rest(
         text, size == -1 ? std::string_view(text).size() + 1 : static_cast<std::size_t>(size));
     Output<wchar_t> output(wide, wideSize);
@@ -155,6 +159,9 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR wide, int wideSize, 
     if (badArguments(codePage, wide, wideSize, text, size) || defaultCharacter != nullptr ||
         usedDefault != nullptr) {
         return fail(ERROR_INVALID_PARAMETER);
+    }
+    if ((flags & ~WC_ERR_INVALID_CHARS) != 0) {
+        return fail(ERROR_INVALID_FLAGS);
     }
     const std::wstring_view source(
         wide, wideSize == -1 ? std::wcslen(wide) + 1 : static_cast<std::size_t>(wideSize));

@@ -58,6 +58,13 @@ TEST(TextConversion, StrictFlagsRefuseBadSequences) {
     EXPECT_EQ(1113u, GetLastError());
 }
 
+TEST(TextConversion, OtherFlagsAreRefused) {
+    EXPECT_EQ(0, MultiByteToWideChar(CP_UTF8, 1, "a", 1, nullptr, 0));
+    EXPECT_EQ(1004u, GetLastError());
+    EXPECT_EQ(0, WideCharToMultiByte(CP_UTF8, 1, L"a", 1, nullptr, 0, nullptr, nullptr));
+    EXPECT_EQ(1004u, GetLastError());
+}
+
 TEST(TextConversion, EmptyAndForeignCodePagesAreRefused) {
     EXPECT_EQ(0, MultiByteToWideChar(CP_UTF8, 0, "a", 0, nullptr, 0));
     EXPECT_EQ(87u, GetLastError());
