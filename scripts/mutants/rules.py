@@ -130,7 +130,9 @@ def constants(line, code):
         if code[:found.start()].endswith("-") and "-1, -1" in code:
             continue
         value = int(found.group(), 0) if not re.fullmatch(r"0\d+", found.group()) else int(found.group())
-        yield replaced(line, *found.span(), str(value + 1))
+        # No text for the host is longer than 255, whatever its bound.
+        if value < 255 or not re.search(r"\b(?:writeText|CBoundedText)\b", code):
+            yield replaced(line, *found.span(), str(value + 1))
         if value > 1:
             yield replaced(line, *found.span(), str(value - 1))
     for found in re.finditer(r"(?<![\w.])(\d+\.\d+)(?![\w.])", code):

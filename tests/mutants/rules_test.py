@@ -69,8 +69,12 @@ class Rules(unittest.TestCase):
 
     def test_the_bound_of_a_fixed_text_stays(self):
         self.assertEqual({"text", "left out"}, {rule for rule, _ in mutants("{", '    writeText(message, 255, "Lost.");')})
-        self.assertIn(("constant", 'writeText(message, 256, "No ", name);'),
+        self.assertIn(("constant", 'writeText(message, 254, "No ", name);'),
                       mutants("{", '    writeText(message, 255, "No ", name);'))
+
+    def test_no_bound_is_raised_above_the_longest_text(self):
+        constants = {m for m in mutants("{", '    writeText(message, 255, "No ", name);') if m[0] == "constant"}
+        self.assertEqual({("constant", 'writeText(message, 254, "No ", name);')}, constants)
 
     def test_what_a_mask_leaves_out_stays(self):
         constants = {m for m in mutants("    setr(0, -1, -1);") if m[0] == "constant"}
