@@ -16,12 +16,7 @@ mkdir -p "$results"
 
 build() {
     echo "== Building: $1" >&2
-    local log=build/$1.log
-    if ! { cmake --preset "$1" && cmake --build --preset "$1" --target "${@:2}"; } >"$log" 2>&1; then
-        tail -n 100 "$log" >&2
-        echo "bench.sh: the build '$1' failed; all of its output is in $log" >&2
-        exit 1
-    fi
+    scripts/build.sh "$@"
 }
 build bench benchmarks
 build bench-windows benchmarks velmora_adapter virtual_cameras

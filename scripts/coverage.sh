@@ -11,12 +11,7 @@ cd "$(dirname "$0")/.."
 
 if [ "${1:-}" != --run ]; then
     scripts/setup.sh coverage
-    mkdir -p build
-    if ! { cmake --preset coverage && cmake --build --preset coverage --target \
-        unit_tests channel_tests interleavings_tests failing_calls_tests; } >build/coverage.log 2>&1; then
-        tail -n 50 build/coverage.log >&2
-        exit 1
-    fi
+    scripts/build.sh coverage unit_tests channel_tests interleavings_tests failing_calls_tests
 fi
 profiles=$PWD/build/coverage/profiles
 rm -rf "$profiles"

@@ -9,16 +9,10 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=${1:-asan-ubsan}
 
-log=build/failing_visits.log
-mkdir -p build
-if ! { cmake --preset "$preset" &&
-    cmake --build --preset "$preset" --target failing_calls_tests failing_allocations_tests; } >"$log" 2>&1; then
-    tail -n 50 "$log" >&2
-    exit 1
-fi
+programs=(failing_calls_tests failing_allocations_tests)
+scripts/build.sh "$preset" "${programs[@]}"
 
 export LC_ALL=C.UTF-8 VELMORA_LONG_VISITS=1
-programs=(failing_calls_tests failing_allocations_tests)
 running=()
 for program in "${programs[@]}"; do
     "build/$preset/bin/$program" >"build/$program.log" 2>&1 &

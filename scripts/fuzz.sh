@@ -28,11 +28,7 @@ if [ ${#fuzzers[@]} -eq 0 ]; then
     done
 fi
 
-mkdir -p build
-if ! { cmake --preset fuzz && cmake --build --preset fuzz --target "${fuzzers[@]}"; } >build/fuzz.log 2>&1; then
-    tail -n 50 build/fuzz.log >&2
-    exit 1
-fi
+scripts/build.sh fuzz "${fuzzers[@]}"
 
 counts=build/fuzz/executions.tsv
 mkdir -p build/fuzz/findings

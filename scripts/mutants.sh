@@ -10,12 +10,7 @@ cd "$(dirname "$0")/.."
 case " $* " in
 *" --list "* | *" --report "*) ;;
 *)
-    mkdir -p build
-    if ! { cmake --preset native && cmake --build --preset native --target unit_tests channel_tests; } \
-        >build/mutants.log 2>&1; then
-        tail -n 50 build/mutants.log >&2
-        exit 1
-    fi
+    scripts/build.sh native unit_tests channel_tests
     ;;
 esac
 exec python3 -B scripts/mutants/run.py "$@"

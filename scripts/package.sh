@@ -24,13 +24,6 @@ export SOURCE_DATE_EPOCH TZ=UTC
 umask 022
 
 visual_studio=build/windows-msvc/bin/Release
-build_preset() {
-    [ -n "$build" ] || return 0
-    cmake --preset "$1" -D VELMORA_TESTS=OFF >"$folder/$1.log" 2>&1 &&
-        cmake --build --preset "$1" --target "${@:2}" >>"$folder/$1.log" 2>&1 ||
-        { tail -n 50 "$folder/$1.log" >&2; exit 1; }
-}
-
 # put FOLDER FILE...
 put() {
     local file
@@ -75,9 +68,11 @@ put_visual_studio() {
 }
 
 put_trial_builds() {
-    [ -z "$build" ] || scripts/setup.sh test
-    build_preset windows velmora_adapter virtual_cameras camhost
-    build_preset windows-msvc-abi velmora_adapter virtual_cameras
+    if [ -n "$build" ]; then
+        scripts/setup.sh test
+        scripts/build.sh windows velmora_adapter virtual_cameras camhost
+        scripts/build.sh windows-msvc-abi velmora_adapter virtual_cameras
+    fi
     local mingw=build/windows/bin abi=build/windows-msvc-abi/bin
     put adapter-trial-mingw-w64 $mingw/velmora_adapter.dll
     put adapter-trial-msvc-abi $abi/velmora_adapter.dll

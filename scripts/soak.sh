@@ -6,9 +6,5 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-mkdir -p build
-if ! { cmake --preset native && cmake --build --preset native --target soak; } >build/soak.log 2>&1; then
-    tail -n 50 build/soak.log >&2
-    exit 1
-fi
+scripts/build.sh native soak
 exec build/native/bin/soak "$@"

@@ -22,13 +22,7 @@ scripts/setup.sh test
 
 for preset in "${presets[@]}"; do
     echo "== Building: $preset"
-    log=build/$preset.log
-    mkdir -p build
-    if ! { cmake --preset "$preset" && cmake --build --preset "$preset"; } >"$log" 2>&1; then
-        tail -n 100 "$log" >&2
-        echo "test.sh: the build '$preset' failed; all of its output is in $log" >&2
-        exit 1
-    fi
+    scripts/build.sh "$preset"
 done
 
 if [ "$tests" = build ]; then

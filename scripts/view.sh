@@ -10,14 +10,7 @@ cd "$(dirname "$0")/.."
 scripts/setup.sh demo
 
 echo "== Building the adapter, the virtual cameras and camhost for Windows"
-mkdir -p build
-log=build/view_build.log
-if ! { cmake --preset windows &&
-    cmake --build --preset windows --target velmora_adapter virtual_cameras camhost; } >"$log" 2>&1; then
-    tail -n 100 "$log" >&2
-    echo "view.sh: the build failed; all of its output is in $log" >&2
-    exit 1
-fi
+scripts/build.sh windows velmora_adapter virtual_cameras camhost
 
 # The screen of the user; inside a Wine session there is another one.
 display=${DISPLAY:-}${WAYLAND_DISPLAY:-}
