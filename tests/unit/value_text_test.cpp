@@ -201,6 +201,7 @@ TEST(ParseFloat, TooSmallANumberIsZero) {
     EXPECT_EQ(0.0, parseFloat("0." + std::string(400, '0') + "1"));
     EXPECT_EQ(0.0, parseFloat("." + std::string(700, '0') + "1e+300"));
     EXPECT_TRUE(std::signbit(parseFloat("-1e-400")));
+    EXPECT_EQ(0.0, parseFloat("0." + std::string(400, '0') + "1x999")) << "no exponent";
 }
 
 TEST(ParseFloat, ZeroStaysZeroWhateverTheExponent) {
