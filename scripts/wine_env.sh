@@ -13,7 +13,10 @@ fi
 
 mkdir -p "$root/build"
 exec 9>"$root/build/wine_session.lock"
-flock 9
+if ! flock -n 9; then
+    echo "wine_env.sh: waiting for another Wine session of this tree, such as that of scripts/view.sh" >&2
+    flock 9
+fi
 
 export WINEPREFIX=$root/build/wine_prefix
 export WINEDEBUG=-all

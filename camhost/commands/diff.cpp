@@ -35,8 +35,9 @@ public:
             list.add(differenceJson(each));
         }
         context.report.setResult(std::move(list));
-        context.report.message(found.empty() ? "no differences"
-                                             : std::to_string(found.size()) + " differences");
+        context.report.message(found.empty()       ? "no differences"
+                               : found.size() == 1 ? "1 difference"
+                                                   : std::to_string(found.size()) + " differences");
         return m_strict && !found.empty() ? ExitCode::Partial : ExitCode::Done;
     }
 

@@ -297,10 +297,13 @@ CWebServer::CImpl::CImpl(std::uint16_t port, const WebLimits& limits) : m_limits
         m_acceptor.listen(net::socket_base::max_listen_connections, error);
     }
     if (error) {
+        // Wine knows no words for this one.
+        const std::string reason = error == net::error::address_in_use
+                                       ? " is in use"
+                                       : " can not be listened on: " + error.message();
         throw Failure{.exit = ExitCode::Usage,
                       .code = "port",
-                      .message = "port " + std::to_string(port) +
-                                 " can not be listened on: " + error.message(),
+                      .message = "port " + std::to_string(port) + reason,
                       .hint = port == 0 ? "" : "without --port any free one is taken"};
     }
     m_port = m_acceptor.local_endpoint().port();

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "camhost/win32/wide_text.h"
 
@@ -13,6 +15,7 @@ namespace {
 
 constexpr DWORD pollMilliseconds = 50;
 constexpr UINT answerMilliseconds = 1000;
+constexpr int mostUnread = 10;  // looks at a window whose thread does not answer
 
 std::wstring className(HWND window) {
     wchar_t name[64] = L"";
@@ -20,15 +23,16 @@ std::wstring className(HWND window) {
     return {name, static_cast<std::size_t>(length)};
 }
 
-// Asks by message, with a limit, since the window's thread may be stuck.
-std::wstring windowText(HWND window) {
+// Asks by message, with a limit, since the window's thread may be stuck, or not have got
+// so far: nothing then.
+std::optional<std::wstring> windowText(HWND window) {
     wchar_t text[1024] = L"";
     DWORD_PTR length = 0;
     if (SendMessageTimeoutW(window, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text),
                             SMTO_ABORTIFHUNG, answerMilliseconds, &length) == 0) {
-        return {};
+        return std::nullopt;
     }
-    return {text, std::min<std::size_t>(length, 1023)};
+    return std::wstring(text, std::min<std::size_t>(length, 1023));
 }
 
 }  // namespace
@@ -73,11 +77,15 @@ BOOL CDialogGuard::onWindow(HWND window, LPARAM self) {
 }
 
 BOOL CDialogGuard::onChild(HWND window, LPARAM text) {
+    auto& all = *reinterpret_cast<std::optional<std::wstring>*>(text);
     if (className(window) == L"Static") {
-        const std::wstring part = windowText(window);
-        auto* all = reinterpret_cast<std::wstring*>(text);
-        if (!part.empty()) {
-            *all += (all->empty() ? L"" : L" ") + part;
+        const std::optional<std::wstring> part = windowText(window);
+        if (!part) {
+            all.reset();
+            return FALSE;
+        }
+        if (!part->empty()) {
+            *all += (all->empty() ? L"" : L" ") + *part;
         }
     }
     return TRUE;
@@ -85,9 +93,14 @@ BOOL CDialogGuard::onChild(HWND window, LPARAM text) {
 
 void CDialogGuard::dismiss(HWND window) {
     if (std::find(m_dismissed.begin(), m_dismissed.end(), window) == m_dismissed.end()) {
-        std::wstring text;
+        std::optional<std::wstring> text(std::in_place);
         EnumChildWindows(window, onChild, reinterpret_cast<LPARAM>(&text));
-        const Dialog dialog{toUtf8(windowText(window)), toUtf8(text)};
+        const std::optional<std::wstring> caption = windowText(window);
+        if ((!caption || !text) && ++m_unread < mostUnread) {
+            return;  // read at the next look
+        }
+        m_unread = 0;
+        const Dialog dialog{toUtf8(caption.value_or(L"")), toUtf8(text.value_or(L""))};
         std::fprintf(stderr, "dialog: \"%s\": %s\n", dialog.caption.c_str(), dialog.text.c_str());
         std::fflush(stderr);
         m_dismissed.push_back(window);

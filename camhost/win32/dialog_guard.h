@@ -34,6 +34,7 @@ private:
     std::mutex m_mutex;
     std::vector<Dialog> m_closed;   // under m_mutex
     std::vector<HWND> m_dismissed;  // the guard's thread only, once it runs
+    int m_unread = 0;               // looks at the present window in vain; the guard's thread only
     std::thread m_thread;
 };
 

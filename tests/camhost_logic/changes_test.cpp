@@ -352,6 +352,7 @@ TEST_F(Changes, LoadGoesOnAfterARefusalAndTellsHowManyFailed) {
 TEST_F(Changes, DiffShowsBothSides) {
     camhost({"save", m_file});
     camera().values["gain value range"] = "11";
+    EXPECT_EQ(camhost({"diff", m_file}).err, "1 difference\n");
     camera().values["hue value range"] = "1";
     camera().values.erase("trigger mode strings");
     const Outcome outcome = camhost({"diff", m_file});

@@ -184,6 +184,16 @@ TEST_F(ViewWire, TooManyConnectionsAreRefused) {
     EXPECT_EQ(open.front()->receive().status, 200) << "those that are there stay";
 }
 
+TEST_F(ViewWire, APortThatIsTakenIsSaidToBeInUse) {
+    std::string message;
+    try {
+        const CWebServer second(m_server->port());
+    } catch (const Failure& failure) {
+        message = failure.message;
+    }
+    EXPECT_EQ(message, "port " + std::to_string(m_server->port()) + " is in use");
+}
+
 TEST_F(ViewWire, AConnectionThatSaysNothingIsClosed) {
     serve({.requestSeconds = 0.05});
     CWireClient client(m_server->port());

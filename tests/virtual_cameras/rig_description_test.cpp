@@ -47,6 +47,10 @@ TEST_F(RigDescription, MissingAndMistypedValuesAreErrorsWithPlace) {
               errorOf("[[camera]]\nname = \"A\"\nformats = [\"Y800 (0x480)\"]\n"));
     EXPECT_EQ("3:9: scene must be one of: counter, colorchart, gradient, noise, flat, replay",
               errorOf("[[camera]]\nname = \"A\"\nscene = \"sky\"\n"));
+    EXPECT_EQ(
+        "3:9: scene must be one of: counter, colorchart, gradient, noise, flat, replay; did "
+        "you mean \"counter\"?",
+        errorOf("[[camera]]\nname = \"A\"\nscene = \"countr\"\n"));
     EXPECT_EQ("3:15: a frame rate must be above 0",
               errorOf("[[camera]]\nname = \"A\"\nframerates = [0.0]\n"));
     EXPECT_EQ("3:10: format \"Y800 (1x1)\" is not offered; there are none",

@@ -42,13 +42,15 @@ template <class Choices>
 const auto& chosen(const Choices& choices, const toml::node& node, std::string_view what) {
     const std::string text = textOf(node, what);
     std::string all;
+    std::vector<std::string_view> names;
     for (const auto& choice : choices) {
         if (sameIgnoringCase(choice.name, text)) {
             return choice;
         }
         all += (all.empty() ? "" : ", ") + std::string(choice.name);
+        names.emplace_back(choice.name);
     }
-    failAt(node.source(), std::string(what) + " must be one of: " + all);
+    failAt(node.source(), std::string(what) + " must be one of: " + all + meantText(text, names));
 }
 
 // Reads "(WIDTHxHEIGHT)" from the end of a format's name.
