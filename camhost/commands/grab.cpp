@@ -110,7 +110,9 @@ private:
         if (!reapplied) {
             return {};
         }
-        return {[&reapplied] { reapplied->keep(); }, [&reapplied] { reapplied->writeAgain(); }};
+        return {.betweenWaits = [&reapplied] { reapplied->keep(); },
+                .onRestored = [&reapplied] { reapplied->writeAgain(); },
+                .wasReset = [&reapplied] { return reapplied->wasReset(); }};
     }
 
     // Totals are told however it ends.

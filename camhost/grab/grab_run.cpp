@@ -164,6 +164,9 @@ std::optional<GrabEnd> CGrabRun::step(CFrameBuffer& buffer) {
             return mend(buffer, outcome);
         }
     }
+    if (outcome.end == WaitEnd::Frame && m_mayDiffer && m_hooks.wasReset && m_hooks.wasReset()) {
+        return mend(buffer, outcome);
+    }
     switch (outcome.end) {
         case WaitEnd::Lost:
         case WaitEnd::StillLost:

@@ -27,6 +27,8 @@ struct GrabHooks {
     std::function<void()> betweenWaits{};
     // The camera is back; the frame that ended the loss is dropped.
     std::function<void()> onRestored{};
+    // Behind a time-out: the camera is as after power-up, so it was gone within the wait.
+    std::function<bool()> wasReset{};
 };
 
 class CGrabRun {

@@ -50,6 +50,26 @@ CReappliedSettings::CReappliedSettings(CRecordChannel& camera, CSettings& settin
       m_made(std::move(made)),
       m_changes(camera, settings, report, std::move(hintPrefix)) {
     m_changes.becomeARuns("grab");
+    noteHeld();
+}
+
+void CReappliedSettings::noteHeld() {
+    for (const Change& change : m_made) {
+        if (const Setting now = m_settings.read(change.key); now.problem.empty()) {
+            m_held[change.key] = now.text;
+        }
+    }
+}
+
+bool CReappliedSettings::wasReset() {
+    return std::any_of(m_held.begin(), m_held.end(), [this](const auto& held) {
+        const auto automatic = m_settings.automaticOf(held.first);
+        if (automatic && m_settings.read(*automatic).text == "true") {
+            return false;
+        }
+        const Setting now = m_settings.read(held.first);
+        return now.problem.empty() && !sameValue(now.type, held.second, now.text);
+    });
 }
 
 SettingsFile CReappliedSettings::remembered() {
@@ -99,6 +119,7 @@ void CReappliedSettings::writeAgain() {
                           .adapterMessage = reply.message};
         }
     }
+    noteHeld();
     const std::size_t written = m_changes.changes().size() - before;
     m_report.message(written == 0   ? "no setting had to be written again"
                      : written == 1 ? "1 setting written again"

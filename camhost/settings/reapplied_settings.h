@@ -3,6 +3,7 @@
 // this run made, and the others as they were read last. Portable.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -28,18 +29,23 @@ public:
     // Writes what differs. What is refused is a warning. Live video is stopped meanwhile
     // where a setting wants that; throws a Failure when it does not start again.
     void writeAgain();
+    // Whether what this run set is other than it was left: a loss that the adapter mended
+    // within one wait goes untold. What an automatic governs tells nothing.
+    bool wasReset();
     // What was written, of all losses.
     CJson json() const { return m_changes.json(); }
 
 private:
     SettingsFile remembered();
     bool wantsStop(const SettingsFile& file);
+    void noteHeld();
 
     CRecordChannel& m_camera;
     CSettings& m_settings;
     CReport& m_report;
     CSettingsWatch m_watch;
     std::vector<Change> m_made;
+    std::map<std::string, std::string> m_held;  // of these, as they were left
     CSettingChanges m_changes;
 };
 

@@ -48,6 +48,32 @@ TEST_F(GrabRecovery, WhatTheRunSetIsWrittenAgain) {
                                           "stop", "close"));
 }
 
+TEST_F(GrabRecovery, ALossWithinOneWaitIsSeenByWhatItUndid) {
+    camera().waits = {frame, timeout, backWith({{"gain value range", "10"}}), frame};
+    const Outcome outcome = grab({"-n", "2", "--set", "gain value range=30", "--reapply"});
+    EXPECT_EQ(outcome.exit, 0);
+    EXPECT_EQ(outcome.err,
+              "gain value range: 10 -> 30\n"
+              "gain value range: 10 -> 30\n"
+              "1 setting written again\n");
+    EXPECT_THAT(outcome.out, HasSubstr("timeouts 1, lost 0, dropped 1, Mono8\n"));
+}
+
+TEST_F(GrabRecovery, ATimeOutThatUndidNothingCostsNoFrame) {
+    camera().waits = {frame, timeout, frame, timeout, frame};
+    const Outcome outcome = grab({"-n", "3", "--set", "gain value range=30", "--reapply"});
+    EXPECT_THAT(outcome.err, Not(HasSubstr("written again")));
+    EXPECT_THAT(outcome.out, HasSubstr("timeouts 2, lost 0, dropped 0, Mono8\n"));
+}
+
+TEST_F(GrabRecovery, WhatDoesNotBecomeAsAskedCostsOneFrameAlone) {
+    camera().waits = {frame,   timeout, backWith({{"gain value range", "10"}}),
+                      timeout, frame,   frame};
+    camera().readBack["gain value range"] = "20";
+    const Outcome outcome = grab({"-n", "3", "--set", "gain value range=30", "--reapply"});
+    EXPECT_THAT(outcome.out, HasSubstr("timeouts 2, lost 0, dropped 1, Mono8\n"));
+}
+
 TEST_F(GrabRecovery, WithoutTheOptionNothingIsWritten) {
     camera().waits = {frame, lost, backWith({{"gain value range", "10"}}), frame};
     const Outcome outcome = grab({"-n", "2", "--set", "gain value range=30"});
