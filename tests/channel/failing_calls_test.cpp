@@ -78,6 +78,22 @@ TEST_F(FailingCalls, ACameraThatThrowsInTheSearchIsClosedAgain) {
     EXPECT_EQ(wait().word, 0x2000U) << "another camera is not taken for the lost one";
 }
 
+TEST_F(FailingCalls, ACameraThatThrowsWhileItIsOpenedInTheSearchIsClosedAgain) {
+    // Whether it was opened before the library threw is not known: the one before it, which
+    // does not tell its number, stands for it here.
+    openLive(rigs::camera("SIM Nameless", "", "\"Y800 (8x4)\"") + rigs::grey(), 1);
+    unplug();
+    plug();
+    const std::int32_t balance = win32::comBalance();
+    recordAll();
+    throwFromCall("Grabber::openDev", "broken", 2);
+    EXPECT_THROW(wait(), char*);
+    EXPECT_EQ(library_log::operations().back(), "Grabber::closeDev");
+    EXPECT_EQ(alive().openDevices, 0U);
+    EXPECT_EQ(win32::comBalance(), balance);
+    EXPECT_EQ(waitForDelivery(), done()) << "the next wait finds it";
+}
+
 TEST_F(FailingCalls, ACameraThatThrowsBeforeItIsAskedForItsNumberIsClosedAgain) {
     openLive();
     unplug();
