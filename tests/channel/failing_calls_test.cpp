@@ -254,4 +254,14 @@ TEST_F(FailingCalls, AKeyThatIsTheMessageBufferIsQuotedAsItWas) {
     EXPECT_EQ(command.text(), "Unknown command \"No Such Command\"");
 }
 
+TEST_F(FailingCalls, AKeyThatARefusalWasWrittenOverIsQuotedAsItWas) {
+    open();
+    CHostText text;
+    char* buffer = text;
+    std::snprintf(buffer, 256, "PixelFormat ");
+    breakCall("FrameHandlerSink::create");
+    EXPECT_EQ(channel().SetPropertyValue(buffer, buffer, "no such format"), 1);
+    EXPECT_EQ(text.text(), "Unknown property \"PixelFormat \"");
+}
+
 }  // namespace
