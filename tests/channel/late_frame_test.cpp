@@ -91,6 +91,16 @@ TEST_F(LateFrame, EndsTheNextWaitAtOnce) {
     EXPECT_EQ(lockedBuffers(), 0);
 }
 
+TEST_F(LateFrame, IsLeftToTheNextWaitByACopyIntoNothing) {
+    openLive();
+    EXPECT_EQ(timeOutDuringHandOver(), noFrame());
+    EXPECT_EQ(copy(nullptr), noFrame());
+    EXPECT_EQ(win32::messageBoxes().size(), 1U);
+    finishHandOver();
+    EXPECT_EQ(wait(), done());
+    EXPECT_EQ(copiedFrame()[4], 0xC1);
+}
+
 TEST_F(LateFrame, EndsANextWaitThatHasBegunAlready) {
     openLive();
     EXPECT_EQ(timeOutDuringHandOver(), noFrame());
