@@ -108,6 +108,15 @@ TEST_F(LateFrame, EndsANextWaitThatHasBegunAlready) {
     EXPECT_EQ(copiedFrame()[4], 0xC1);
 }
 
+TEST_F(LateFrame, IsForgottenByASecondStart) {
+    openLive();
+    EXPECT_EQ(timeOutDuringHandOver(), noFrame());
+    EXPECT_EQ(start(), refused());
+    finishHandOver();
+    EXPECT_EQ(wait(), done()) << "the signal stands";
+    expectNoFrame();
+}
+
 TEST_F(LateFrame, IsForgottenByAStop) {
     openLive();
     EXPECT_EQ(timeOutDuringHandOver(), noFrame());
