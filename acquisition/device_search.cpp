@@ -18,10 +18,13 @@ Comparison compareOpenDevice(const DShowLib::Grabber& grabber, std::string_view 
     return hexadecimalText(serialNumber) == serialText ? Comparison::same : Comparison::other;
 }
 
-// Whether the open device is the one looked for. Another one is closed, and so is whatever
-// the library throws about, also while it is being closed: it may be another one.
-bool keepIfSame(DShowLib::Grabber& grabber, std::string_view serialText) {
+// Whether the device is the one looked for. Another one is closed, and so is whatever the
+// library throws about, also while it is being opened or closed: it may be another one.
+bool openIfSame(DShowLib::Grabber& grabber, const DShowLib::VideoCaptureDeviceItem& item,
+                std::string_view serialText) {
     try {
+        // The serial number is read from the open device.
+        grabber.openDev(item);
         const Comparison comparison = compareOpenDevice(grabber, serialText);
         if (comparison == Comparison::other) {
             grabber.closeDev();
@@ -37,9 +40,7 @@ bool keepIfSame(DShowLib::Grabber& grabber, std::string_view serialText) {
 
 bool reopenDevice(DShowLib::Grabber& grabber, std::string_view serialText) {
     for (const auto& item : toStandard(grabber.getAvailableVideoCaptureDevices_())) {
-        // The serial number is read from the open device.
-        grabber.openDev(item);
-        if (keepIfSame(grabber, serialText)) {
+        if (openIfSame(grabber, item, serialText)) {
             return true;
         }
     }

@@ -144,19 +144,20 @@ std::int32_t CVideoChannel::CopyFrame(char* /*errorText*/, void* destination,
     if (destination == nullptr) {
         // The caption is misspelt. Kept: hosts look for the box by it.
         ::MessageBoxW(nullptr, L"rawMemory == NULL", L"Eror", MB_OK);
-    } else if (m_listener.isHandingOver()) {
+    }
+    if (m_listener.isHandingOver()) {
         // The wait for this frame has timed out: it belongs to the next wait.
         writeIfGiven<std::uint32_t>(status, HOST_STATUS_NO_FRAME);
         return HOST_RESULT_SUCCESS;
-    } else if (const DShowLib::MemBuffer* frame = m_listener.readyBuffer(); frame != nullptr) {
-        const bool copied = copyPixels(static_cast<std::uint8_t*>(destination), *frame,
-                                       m_pixelFormat->pixelType(), m_sink, frameShape());
-        m_listener.unlockBuffer();
-        writeIfGiven<std::uint32_t>(status, copied ? HOST_STATUS_DONE : HOST_STATUS_NO_FRAME);
-        m_listener.clearReady();
-        return HOST_RESULT_SUCCESS;
     }
-    writeIfGiven<std::uint32_t>(status, HOST_STATUS_NO_FRAME);
+    const DShowLib::MemBuffer* frame = destination != nullptr ? m_listener.readyBuffer() : nullptr;
+    bool copied = false;
+    if (frame != nullptr) {
+        copied = copyPixels(static_cast<std::uint8_t*>(destination), *frame,
+                            m_pixelFormat->pixelType(), m_sink, frameShape());
+        m_listener.unlockBuffer();
+    }
+    writeIfGiven<std::uint32_t>(status, copied ? HOST_STATUS_DONE : HOST_STATUS_NO_FRAME);
     m_listener.clearReady();
     return HOST_RESULT_SUCCESS;
 }

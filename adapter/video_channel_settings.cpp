@@ -27,7 +27,10 @@ std::int32_t CVideoChannel::SetPropertyValue(char* errorText, const char* key, c
     if (property == nullptr) {
         return refuseUnknown(errorText, key);
     }
-    // To the host, a failure that threw looks like an unknown key. Kept so.
+    // To the host, a failure that threw looks like an unknown key. Kept so. The key is quoted
+    // then, and a refusal may have been written over it: one buffer may be both.
+    char quoted[hostTextBytes];
+    writeText(quoted, 255, key);
     try {
         const std::int32_t result = property->setValue(errorText, textOrEmpty(value));
         if (property->isChanged()) {
@@ -35,7 +38,7 @@ std::int32_t CVideoChannel::SetPropertyValue(char* errorText, const char* key, c
         }
         return result;
     } catch (...) {
-        return refuseUnknown(errorText, key);
+        return refuseUnknown(errorText, quoted);
     }
 }
 

@@ -78,6 +78,22 @@ TEST_F(FailingCalls, ACameraThatThrowsInTheSearchIsClosedAgain) {
     EXPECT_EQ(wait().word, 0x2000U) << "another camera is not taken for the lost one";
 }
 
+TEST_F(FailingCalls, ACameraThatThrowsWhileItIsOpenedInTheSearchIsClosedAgain) {
+    // Whether it was opened before the library threw is not known: the one before it, which
+    // does not tell its number, stands for it here.
+    openLive(rigs::camera("SIM Nameless", "", "\"Y800 (8x4)\"") + rigs::grey(), 1);
+    unplug();
+    plug();
+    const std::int32_t balance = win32::comBalance();
+    recordAll();
+    throwFromCall("Grabber::openDev", "broken", 2);
+    EXPECT_THROW(wait(), char*);
+    EXPECT_EQ(library_log::operations().back(), "Grabber::closeDev");
+    EXPECT_EQ(alive().openDevices, 0U);
+    EXPECT_EQ(win32::comBalance(), balance);
+    EXPECT_EQ(waitForDelivery(), done()) << "the next wait finds it";
+}
+
 TEST_F(FailingCalls, ACameraThatThrowsBeforeItIsAskedForItsNumberIsClosedAgain) {
     openLive();
     unplug();
@@ -236,6 +252,16 @@ TEST_F(FailingCalls, AKeyThatIsTheMessageBufferIsQuotedAsItWas) {
     std::snprintf(command, 256, "No Such Command");
     EXPECT_EQ(channel().ExecuteCommand(command, command), 1);
     EXPECT_EQ(command.text(), "Unknown command \"No Such Command\"");
+}
+
+TEST_F(FailingCalls, AKeyThatARefusalWasWrittenOverIsQuotedAsItWas) {
+    open();
+    CHostText text;
+    char* buffer = text;
+    std::snprintf(buffer, 256, "PixelFormat ");
+    breakCall("FrameHandlerSink::create");
+    EXPECT_EQ(channel().SetPropertyValue(buffer, buffer, "no such format"), 1);
+    EXPECT_EQ(text.text(), "Unknown property \"PixelFormat \"");
 }
 
 }  // namespace

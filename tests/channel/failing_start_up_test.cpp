@@ -21,6 +21,19 @@ TEST_F(FailingStartUp, ReportsACameraThatThrowsATextAndGivesItsIndexToTheNext) {
     EXPECT_EQ(alive().items, 0U);
 }
 
+TEST_F(FailingStartUp, HasGivenUpACameraBeforeItReportsIt) {
+    throwFromCall("Grabber::getAcqSizeMaxX", "no");
+    VirtualCamerasAlive inBox{};
+    win32::runInside("MessageBoxW", [&] { inBox = alive(); });
+    EXPECT_EQ(ask(), 1);
+    win32::runInside("MessageBoxW", {});
+    ASSERT_EQ(win32::messageBoxes().size(), 1U);
+    EXPECT_EQ(inBox.grabbers, 1U) << "the one that lists the cameras";
+    EXPECT_EQ(inBox.listeners, 0U);
+    EXPECT_EQ(inBox.openDevices, 0U);
+    EXPECT_EQ(inBox.sinks, 0U);
+}
+
 TEST_F(FailingStartUp, GoesOnAfterACameraInTheMiddleThatThrows) {
     loadRig(rigs::grey() + rigs::camera("Broken", "1", "\"Y800 (8x4)\"", "open = \"throw\"") +
             rigs::color());

@@ -91,11 +91,30 @@ TEST_F(LateFrame, EndsTheNextWaitAtOnce) {
     EXPECT_EQ(lockedBuffers(), 0);
 }
 
+TEST_F(LateFrame, IsLeftToTheNextWaitByACopyIntoNothing) {
+    openLive();
+    EXPECT_EQ(timeOutDuringHandOver(), noFrame());
+    EXPECT_EQ(copy(nullptr), noFrame());
+    EXPECT_EQ(win32::messageBoxes().size(), 1U);
+    finishHandOver();
+    EXPECT_EQ(wait(), done());
+    EXPECT_EQ(copiedFrame()[4], 0xC1);
+}
+
 TEST_F(LateFrame, EndsANextWaitThatHasBegunAlready) {
     openLive();
     EXPECT_EQ(timeOutDuringHandOver(), noFrame());
     EXPECT_EQ(waitWhile([this] { finishHandOver(); }), done());
     EXPECT_EQ(copiedFrame()[4], 0xC1);
+}
+
+TEST_F(LateFrame, IsForgottenByASecondStart) {
+    openLive();
+    EXPECT_EQ(timeOutDuringHandOver(), noFrame());
+    EXPECT_EQ(start(), refused());
+    finishHandOver();
+    EXPECT_EQ(wait(), done()) << "the signal stands";
+    expectNoFrame();
 }
 
 TEST_F(LateFrame, IsForgottenByAStop) {

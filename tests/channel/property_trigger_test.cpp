@@ -167,6 +167,19 @@ TEST_F(TriggerParameters, DecideAlsoAfterARestoreWhetherToTrigger) {
         ElementsAre("Grabber::openDev(Bench)", enableOn, "Grabber::startLive(false)"));
 }
 
+TEST_F(TriggerParameters, AreAskedForAlsoByABlockThatThrows) {
+    CPropertyHost host(trigger("false") +
+                       "[[camera.item]]\nname = \"Contrast\"\n"
+                       "Value.range = { min = 0, max = 255, value = 51 }\n");
+    ASSERT_EQ(host.start(), accepted());
+    failCall("IVCDRangeProperty::setValue");
+    EXPECT_EQ(thrownCode([&] { host.parameters(block(1, 0)); }), accessDenied);
+    ASSERT_EQ(host.get("trigger enable switch"), accepted("false"));
+    host.forgetCalls();
+    waitThroughRestore(host);
+    EXPECT_THAT(host.calls({"IVCDSwitchProperty::setSwitch"}), ElementsAre(enableOn));
+}
+
 TEST_F(TriggerParameters, WithoutTheModeRestoreUntriggered) {
     CPropertyHost host(trigger("false"));
     ASSERT_EQ(host.start(), accepted());

@@ -177,6 +177,16 @@ TEST_F(Closing, HoldsTheAdaptersModuleWhileAnyCameraIsOpen) {
     EXPECT_EQ(library_log::operations().back(), "ExitLibrary");
 }
 
+TEST_F(Closing, GivesTheAdaptersModuleBackWhenTheLibraryIsShutDown) {
+    const CRecordHost host(openRecord());
+    recordAll();
+    std::string before;
+    win32::runInside("releaseOwnModule", [&] { before = library_log::operations().back(); });
+    EXPECT_EQ(host.close(), accepted());
+    win32::runInside("releaseOwnModule", {});
+    EXPECT_EQ(before, "ExitLibrary");
+}
+
 TEST_F(Closing, HoldsNoModuleWithoutACamera) {
     chooseRig("empty");
     recordAll();

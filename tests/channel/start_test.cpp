@@ -107,6 +107,15 @@ TEST_F(Start, ForgetsAFrameThatIsReadyAndUnlocksItEvenWhenItFails) {
     expectNoFrame();
 }
 
+TEST_F(Start, ForgetsAFrameThatIsReadyWithoutADeviceToo) {
+    openLive();
+    ASSERT_EQ(waitForDelivery(), done());
+    unplug();
+    EXPECT_EQ(start(), refused(noDevice));
+    EXPECT_EQ(lockedBuffers(), 0);
+    expectNoFrame();
+}
+
 TEST_F(Start, UnlocksTheHeldBufferBeforeItLooksForTheDevice) {
     openLive();
     ASSERT_EQ(waitForDelivery(), done());

@@ -198,8 +198,21 @@ Steps copyFrame(Variant variant) {
     return steps;
 }
 
-Steps copyIntoNothing() {
-    return {clearReady("CopyFrame into nothing clears the ready flag")};
+Steps copyIntoNothing(Variant variant) {
+    Steps steps;
+    if (variant != Variant::dropsAFrameThatIsBeingHandedOver) {
+        steps.push_back({"CopyFrame into nothing looks who owns the buffer", 1,
+                         [variant](Moment& moment, std::uint8_t) {
+                             look(moment.state, variant);
+                             return hostOwnsBuffer(moment.state.word) ? Next::step : Next::end;
+                         }});
+    }
+    // A frame on its way is the next wait's, and still due.
+    steps.push_back(wordStep("CopyFrame into nothing clears the ready flag", [](State& state) {
+        state.word = afterClearReady(state.word);
+        state.frameDue = state.deliveryOwns != 0 ? state.frameDue : 0;
+    }));
+    return steps;
 }
 
 }  // namespace interleavings

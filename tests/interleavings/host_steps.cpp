@@ -217,7 +217,7 @@ Steps closeChannel(Variant variant) {
 std::vector<Operation> hostOperations(Variant variant) {
     return {{"WaitFrame", waitFrame(variant)},
             {"CopyFrame", copyFrame(variant)},
-            {"CopyFrame into nothing", copyIntoNothing()},
+            {"CopyFrame into nothing", copyIntoNothing(variant)},
             {"StartAcquisition", startAcquisition(variant)},
             {"StopAcquisition", stopAcquisition(variant)},
             {"CloseChannel", closeChannel(variant)}};

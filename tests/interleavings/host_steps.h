@@ -32,6 +32,6 @@ void touch(Moment& moment);
 
 Steps waitFrame(Variant variant);
 Steps copyFrame(Variant variant);
-Steps copyIntoNothing();
+Steps copyIntoNothing(Variant variant);
 
 }  // namespace interleavings

@@ -127,6 +127,8 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"UnlocksBeforeItCopies", Variant::unlocksBeforeItCopies,
               "a frame was copied that was not locked"},
         Wrong{"CopyKeepsReady", Variant::copyKeepsReady, "a ready frame that is not locked"},
+        Wrong{"DropsAFrameThatIsBeingHandedOver", Variant::dropsAFrameThatIsBeingHandedOver,
+              "a frame was lost that a wait had told of"},
         Wrong{"CopyKeepsTheLock", Variant::copyKeepsTheLock, "a copied frame stays locked"},
         Wrong{"UnlocksDuringAHandOver", Variant::unlocksDuringAHandOver,
               "two owners of the buffer"},

@@ -41,6 +41,7 @@ enum class Variant : std::uint8_t {
     copiesWithoutAReadyFrame,
     unlocksBeforeItCopies,
     copyKeepsReady,
+    dropsAFrameThatIsBeingHandedOver,
     copyKeepsTheLock,
     unlocksDuringAHandOver,
     releasesDuringAHandOver,
