@@ -44,6 +44,14 @@ if(TARGET velmora_adapter AND NOT MSVC)
         ${PROJECT_SOURCE_DIR}/cmake/check_build_without_cameras.cmake)
 endif()
 
+# What an integrator's host includes.
+if(NOT WIN32)
+    velmora_add_check(
+        PublicHeaders.InstallAndCompileAsC ${CMAKE_COMMAND} -D COMPILER=${CMAKE_C_COMPILER} -D
+        BUILD=${PROJECT_BINARY_DIR} -D WORK=${CMAKE_CURRENT_BINARY_DIR}/installed_headers -P
+        ${PROJECT_SOURCE_DIR}/cmake/check_installed_headers.cmake)
+endif()
+
 # Completion and man page of camhost, as approved, in the programs that they are for.
 if(NOT WIN32 AND TARGET camhost_core)
     set(camhost_golden ${PROJECT_SOURCE_DIR}/tests/golden/camhost)

@@ -97,6 +97,7 @@ put docs docs/*.md
 put docs/images docs/images/*
 mkdir -p "$stage/licences"
 install -m 644 LICENSE "$stage/licences/velmora.txt"
+licence Boost libboost1.74-dev boost-beast
 licence nlohmann-json nlohmann-json3-dev nlohmann-json
 licence CLI11 libcli11-dev cli11
 licence stb libstb-dev stb

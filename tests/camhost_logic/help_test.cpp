@@ -133,6 +133,14 @@ TEST_F(HelpCommands, EveryCommandAndOptionIsInAllThree) {
     EXPECT_THAT(bash, HasSubstr("    'get ') echo '@setting' ;;\n"));
 }
 
+// A change of any line, option, value or example of the help shows there.
+TEST_F(HelpCommands, TheManPageOfAllCommandsIsTheApprovedOne) {
+    const std::string page = camhost({"manual"}).out;
+    const std::size_t begin = page.find("\n.SH NAME\n");  // behind the version
+    ASSERT_NE(begin, page.npos);
+    expectApproved(page.substr(begin + 1), "all_commands.1");
+}
+
 // They are for a shell's start, where there may be no adapter.
 TEST_F(HelpCommands, NeedNoAdapter) {
     for (const std::vector<std::string>& arguments :

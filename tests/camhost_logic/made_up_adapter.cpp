@@ -181,7 +181,7 @@ std::int32_t stop(char*, void* context) {
 
 std::int32_t waitFrame(char* message, void* context, std::uint32_t* status) {
     MadeUpCamera& camera = cameraOf(context);
-    Wait wait{0, 0, 0.125, {}};
+    Wait wait = camera.otherwise;
     if (!camera.waits.empty()) {
         wait = camera.waits.front();
         camera.waits.pop_front();

@@ -46,7 +46,8 @@ struct MadeUpCamera {
     bool startRefused = false;
     int mostStarts = 1000;  // those behind are refused
 
-    std::deque<Wait> waits;  // then frames without end
+    std::deque<Wait> waits;
+    Wait otherwise{0, 0, 0.125, {}};  // once they are used up
     std::vector<std::uint8_t> frame;
     double copySeconds = 0.0;
     std::size_t overrun = 0;      // bytes that a copy writes too many

@@ -2,6 +2,11 @@
 // What requests are answered with: guards, page, numbers, frames, recordings.
 #include <gmock/gmock.h>
 
+#include <map>
+#include <regex>
+#include <set>
+
+#include "camhost/base/files.h"
 #include "camhost/pictures/png_text.h"
 #include "tests/camhost_logic/view_fixture.h"
 
@@ -85,6 +90,30 @@ TEST_F(ViewRoutes, OtherMethodsAreNotAllowed) {
     EXPECT_EQ(statusOf("OPTIONS", "api/state"), 405);
     EXPECT_EQ(answer(request("GET", "api/live")).headers, "Allow: POST\n");
     EXPECT_EQ(statusOf("HEAD", "api/state"), 200);
+}
+
+TEST_F(ViewRoutes, TheManualListsNoOtherRequestsThanThereAre) {
+    begin();
+    const std::string manual = readTextFile(VELMORA_SOURCE_DIR "/docs/camhost.md");
+    // Of lines that begin with "| `METHOD api/..."; some tell of two.
+    const std::regex row("`(GET|PUT|POST) (api/[a-z./]+)");
+    std::map<std::string, std::set<std::string>> listed;
+    for (std::sregex_iterator found(manual.begin(), manual.end(), row), end; found != end;
+         ++found) {
+        std::set<std::string>& methods = listed[(*found)[2]];
+        methods.insert((*found)[1]);
+        if ((*found)[1] == "GET") {
+            methods.insert("HEAD");
+        }
+    }
+    EXPECT_EQ(listed.size(), 14U);
+    for (const auto& [path, methods] : listed) {
+        std::string allowed;
+        for (const std::string& method : methods) {
+            allowed += (allowed.empty() ? "" : ", ") + method;
+        }
+        EXPECT_EQ(answer(request("DELETE", path)).headers, "Allow: " + allowed + "\n") << path;
+    }
 }
 
 TEST_F(ViewRoutes, BodiesMustBeJson) {

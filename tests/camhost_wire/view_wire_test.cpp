@@ -17,6 +17,7 @@
 namespace camhost::test {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -30,14 +31,15 @@ protected:
     ViewWire() { serve({}); }
     ~ViewWire() override { m_server->stop(); }
 
-    void serve(const WebLimits& limits) {
+    void serve(const WebLimits& limits, bool isReadOnly = false) {
         if (m_server) {
             m_server->stop();
         }
+        m_model = std::make_unique<CViewModel>(std::vector<CameraFacts>{}, isReadOnly);
         m_server = std::make_unique<CWebServer>(std::uint16_t{0}, limits);
-        m_routes = std::make_unique<CViewRoutes>(m_model, m_jobs, m_worker,
+        m_routes = std::make_unique<CViewRoutes>(*m_model, m_jobs, m_worker,
                                                  ViewAddress{m_server->port(), token}, files);
-        m_model.setWake([this] { m_server->wake(); });
+        m_model->setWake([this] { m_server->wake(); });
         m_server->start([this](const HttpRequest& request) { return m_routes->answer(request); });
     }
     std::string host() const { return "127.0.0.1:" + std::to_string(m_server->port()); }
@@ -60,7 +62,7 @@ protected:
                    body);
     }
 
-    CViewModel m_model{{}, false};
+    std::unique_ptr<CViewModel> m_model;
     CJobs m_jobs;
     CWorker m_worker;
     std::unique_ptr<CWebServer> m_server;
@@ -108,6 +110,27 @@ TEST_F(ViewWire, AWrongTokenFindsNothing) {
     EXPECT_EQ(answer.status, 404);
     EXPECT_EQ(answer.body, "");
     EXPECT_EQ(ask("GET / HTTP/1.1\r\n" + hostLine() + "\r\n").status, 404);
+}
+
+TEST_F(ViewWire, OnlyBuiltInFilesAreServed) {
+    EXPECT_EQ(get("index.html").status, 200);
+    for (const char* path :
+         {"view.js", "../index.html", "..%2findex.html", "%69ndex.html", "./index.html",
+          "index.html/", "/etc/passwd", "C:%5cwindows%5cwin.ini", "index.html%00.js"}) {
+        EXPECT_EQ(get(path).status, 404) << path;
+    }
+}
+
+TEST_F(ViewWire, AReadOnlyViewTakesNothingThatChangesACamera) {
+    serve({}, true);
+    const std::string lines =
+        hostLine() + "Content-Type: application/json\r\nContent-Length: 2\r\n";
+    EXPECT_EQ(ask(head("PUT", "api/settings", lines) + "{}").status, 403);
+    for (const char* path : {"api/commands", "api/camera", "api/live", "api/load"}) {
+        EXPECT_EQ(ask(head("POST", path, lines) + "{}").status, 403) << path;
+    }
+    EXPECT_EQ(get("").status, 200);
+    EXPECT_FALSE(m_jobs.next()) << "none of them reached the owner of the camera";
 }
 
 TEST_F(ViewWire, OtherMethodsAreRefused) {
@@ -202,10 +225,10 @@ TEST_F(ViewWire, AConnectionThatSaysNothingIsClosed) {
 }
 
 TEST_F(ViewWire, AWaitEndsWhenThereIsSomethingNew) {
-    m_model.setState({}, 0.0);
+    m_model->setState({}, 0.0);
     CWireClient client(m_server->port());
     client.send(head("GET", "api/state?after=1", hostLine()));
-    m_model.addEvent(0.0, "started", "1A2B");
+    m_model->addEvent(0.0, "started", "1A2B");
     EXPECT_THAT(client.receive().body, HasSubstr(R"("version":2,)"));
 }
 
@@ -221,7 +244,7 @@ TEST_F(ViewWire, AClosedTabIsForgotten) {
         client.send(head("GET", "api/frame?wait=10", hostLine()));
         client.abandon();
     }
-    m_model.end();  // everything that waits is answered now
+    m_model->end();  // everything that waits is answered now
     int status = 503;
     while (status == 503) {
         status = get("").status;
@@ -333,6 +356,28 @@ TEST_F(ViewVisit, EndsAtCtrlCWithItsTotals) {
     EXPECT_THAT(outcome.out, HasSubstr("done: 8 frames in 1.0 s, 8.0 fps while live"));
     EXPECT_EQ(outcome.err, "error: interrupted after 8 frames\n");
     EXPECT_TRUE(m_system.opened.empty());
+}
+
+// Waits that go on until the browser has seen what they are.
+TEST_F(ViewVisit, EndsWithFourWhenNoFrameCame) {
+    m_system.cameras[0].otherwise = {0, HOST_STATUS_NO_FRAME, 1.0, {}};
+    const Outcome outcome = visited({}, [this] {
+        EXPECT_THAT(ask("GET", "api/events?after=1").body, HasSubstr(R"("kind":"timeout")"));
+    });
+    EXPECT_EQ(outcome.exit, 4);
+    EXPECT_THAT(outcome.out, HasSubstr("\ndone: 0 frames in "));
+    EXPECT_THAT(outcome.err, EndsWith("error: no frame came\n"));
+}
+
+TEST_F(ViewVisit, EndsWithFiveWhenTheCameraIsLostByThen) {
+    m_system.cameras[0].waits = {{0, HOST_STATUS_DONE, 0.125, {}}};
+    m_system.cameras[0].otherwise = {1, HOST_STATUS_NO_DEVICE, 0.0, {}};
+    const Outcome outcome = visited({}, [this] {
+        EXPECT_THAT(ask("GET", "api/events?after=1").body, HasSubstr(R"("kind":"lost")"));
+    });
+    EXPECT_EQ(outcome.exit, 5);
+    EXPECT_THAT(outcome.out, HasSubstr("\ndone: 1 frame in "));
+    EXPECT_THAT(outcome.err, EndsWith("error: the camera is lost; 1 frame\n"));
 }
 
 TEST_F(ViewVisit, APortThatCanNotBeIsAWrongLine) {

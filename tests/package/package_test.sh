@@ -31,6 +31,21 @@ diff <(sed -E 's/^[0-9a-f]+ [ *]//' SHA256SUMS) \
 strays=$(find . -name 'ORV_CAPLB11*' ! -path './virtual-cameras/*')
 [ -z "$strays" ] || fail "virtual cameras outside their folder: $strays"
 
+# Of all that is linked in. A package whose headers the tools take is named in both places.
+wanted='Boost.txt
+CLI11.txt
+GPL-3
+LGPL-2.1
+gcc-runtime.txt
+libc++.txt
+mingw-w64-runtime.txt
+nlohmann-json.txt
+stb.txt
+tomlplusplus.txt
+velmora.txt
+wine.txt'
+diff <(echo "$wanted") <(LC_ALL=C ls licences) || fail "other licences than those of what is linked in"
+
 cd example
 mapfile -t commands < <(sed -nE 's/^ \*     (x86_64-.*)/\1/p' first_frame.c)
 [ ${#commands[@]} -eq 2 ] || fail "the example names ${#commands[@]} commands"

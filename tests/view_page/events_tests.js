@@ -56,6 +56,10 @@ describe("what happens to the camera", () => {
         const page = await openPage(view);
         await untilText(page.locator("#banner-text"), (text) => text.startsWith("Waiting for a trigger"));
         await page.screenshot({ path: `${screenshots}/trigger.png` });
+        // A wait that no trigger ended is a time-out, and nothing else.
+        await untilText(page.locator("#timeouts"), (text) => text !== "0");
+        assert.equal(await page.locator("#losses").textContent(), "0");
+        assert.equal(await page.locator("#refusals").textContent(), "0");
         const number = await shownNumber(page);
         await untilFramesBehind(page, number, 2);
         await closePage(page);

@@ -149,6 +149,19 @@ describe("the picture", () => {
         await chooseCamera(page, 2, "RGB24");
         await untilText(page.locator("#clipped-high"), (text) => /^255: .*R .*% clipped white$/.test(text));
         assert.equal(await page.locator("#clipped-high").evaluate((found) => found.className), "clipped");
+        await untilText(page.locator("#clipped-low"), (text) => /^0: .*B .*% clipped black$/.test(text));
+        // The counter of a grey camera begins at 192.
+        await chooseCamera(page, 0, "Mono8");
+        await untilText(page.locator("#clipped-low"), (text) => text === "0: none");
+        assert.equal(await page.locator("#clipped-low").evaluate((found) => found.className), "");
+    });
+
+    test("the number of the frame is that of the picture", async () => {
+        const [number, text] = await page.evaluate(() => [
+            document.getElementById("picture").dataset.number,
+            document.getElementById("frame-number").textContent,
+        ]);
+        assert.equal(text, number);
     });
 
     test("rates, time-outs, losses and refusals are told apart", async () => {
@@ -194,6 +207,10 @@ describe("the picture", () => {
         const picture = await saved(page, () => page.click("#snapshot"));
         assert.match(picture.name, /^C3_\d+\.png$/);
         assert.equal(picture.bytes.subarray(1, 4).toString(), "PNG");
+        const texts = picture.bytes.toString("latin1");
+        for (const text of ["Software\0camhost", "PixelType\0RGB24", "CameraSerial\0C3"]) {
+            assert.ok(texts.includes(text), text);
+        }
         await page.fill("#record-frames", "3");
         const film = await saved(page, () => page.click("#record"));
         assert.match(film.name, /\.zip$/);

@@ -48,6 +48,23 @@ describe("the settings", () => {
         assert.equal(await number(gain).inputValue(), "100");
     });
 
+    test("what is read only is shown on demand, and greyed", async () => {
+        const list = row(page, "videoformats");
+        assert.equal(await list.isHidden(), true);
+        await page.check("#show-all");
+        assert.equal(await list.isVisible(), true);
+        assert.equal(await list.locator("input, select, textarea").isDisabled(), true);
+        assert.match(await list.getAttribute("class"), /\bfixed\b/);
+        const color = (key) =>
+            row(page, key)
+                .locator("label")
+                .first()
+                .evaluate((found) => getComputedStyle(found).color);
+        assert.notEqual(await color("videoformats"), await color(gain));
+        await page.uncheck("#show-all");
+        assert.equal(await list.isHidden(), true);
+    });
+
     test("a slider writes while it moves", async () => {
         await slider(gain).focus();
         await page.keyboard.press("ArrowRight");
