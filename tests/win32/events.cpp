@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Events, and waiting for them.
 #include <chrono>
+#include <cstdio>
 #include <new>
 #include <unordered_set>
 
