@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cwchar>
 #include <map>
+#include <mutex>
 #include <utility>
 
 #include "tests/win32/call_log.h"
