@@ -4,6 +4,7 @@
 // became of the targets, and into data files beside them, for the graphs.
 #include <algorithm>
 #include <cctype>
+#include <cstddef>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -12,6 +13,7 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {

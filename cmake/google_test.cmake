@@ -26,8 +26,9 @@ foreach(target IN ITEMS gtest gtest_main gmock)
 endforeach()
 
 # GoogleTest's headers, parsed once for all test programs. Nothing else is among them:
-# a test's other includes are its own. A launcher's cache would miss each use of them.
-if(CMAKE_CXX_COMPILER_LAUNCHER)
+# a test's other includes are its own. A launcher's cache would miss each use of them, and
+# Microsoft's compiler takes them only where every definition of the command line is the same.
+if(CMAKE_CXX_COMPILER_LAUNCHER OR MSVC)
     set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
 endif()
 file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/google_test/test_headers.cpp CONTENT "" @ONLY)

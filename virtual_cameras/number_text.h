@@ -3,6 +3,7 @@
 
 #include <array>
 #include <charconv>
+#include <cstddef>
 #include <string>
 
 namespace virtual_cameras {

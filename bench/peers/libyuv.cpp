@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include <bit>
+#include <cstddef>
 
 #include "bench/peers/mosaic_peer.h"
 

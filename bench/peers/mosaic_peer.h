@@ -2,6 +2,7 @@
 // Other people's code that moves the same bytes as the re-mosaic: four in, one out.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <system_error>
 #include <utility>
 
 #include "camhost/base/texts.h"

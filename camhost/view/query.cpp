@@ -2,6 +2,7 @@
 #include "camhost/view/query.h"
 
 #include <charconv>
+#include <system_error>
 
 #include "camhost/base/failure.h"
 #include "camhost/base/number_texts.h"

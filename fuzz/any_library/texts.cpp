@@ -2,6 +2,7 @@
 #include "fuzz/any_library/texts.h"
 
 #include <array>
+#include <cstddef>
 
 namespace any_library {
 

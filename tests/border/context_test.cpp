@@ -2,6 +2,8 @@
 // Contexts that name no channel, and the closing of channels.
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "tests/border/support/border_test.h"
 #include "tests/support/refused_calls.h"
 

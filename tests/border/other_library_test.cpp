@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <memory>
 
 #include "tests/border/support/adapter_dll.h"
 #include "tests/border/support/host_channel.h"

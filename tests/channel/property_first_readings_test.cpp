@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Contrast, brightness, exposure and serial text as a channel reads them when it opens.
 #include <cmath>
+#include <limits>
 
 #include "tests/support/property_host.h"
 

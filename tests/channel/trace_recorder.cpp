@@ -4,6 +4,7 @@
 #include <cstdarg>
 #include <mutex>
 #include <string_view>
+#include <utility>
 
 #include "platform/log_trace.h"
 #include "platform/text.h"

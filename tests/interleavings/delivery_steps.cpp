@@ -46,9 +46,9 @@ Next take(Moment& moment, Variant variant) {
         return Next::end;
     }
     Word& word = moment.state.word;
-    word.handingOver = variant == Variant::takesWithoutTheThirdBit ? 0 : word.handingOver;
-    word.waiting = variant == Variant::takesWithoutEndingTheWait ? 1 : word.waiting;
-    word.ready = variant == Variant::takesWithoutReady ? 0 : word.ready;
+    word.handingOver = variant == Variant::takesWithoutTheThirdBit ? no : word.handingOver;
+    word.waiting = variant == Variant::takesWithoutEndingTheWait ? yes : word.waiting;
+    word.ready = variant == Variant::takesWithoutReady ? no : word.ready;
     noteTaken(moment, variant);
     return Next::step;
 }
@@ -151,7 +151,7 @@ Next endHandOver(Moment& moment, Variant variant) {
     if (variant == Variant::neverEndsTheHandOver) {
         state.word = before;
     }
-    state.frameDue = state.failed != 0 ? 0 : state.frameDue;
+    state.frameDue = state.failed != 0 ? no : state.frameDue;
     state.deliveryOwns = 0;
     state.publication.acquire(delivery, atWord);
     if (variant != Variant::endPublishesNothing) {

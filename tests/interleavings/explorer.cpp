@@ -64,7 +64,7 @@ private:
             State begun = state;
             begun.operation = operation;
             begun.hostStep = 0;
-            begun.promised = operation == copyOperation ? begun.promised : 0;
+            begun.promised = operation == copyOperation ? begun.promised : no;
             take(at, begun, operation);
         }
     }
@@ -85,8 +85,7 @@ private:
                 moment.state.operation = moment.state.closed != 0 ? closeOperation : idle;
                 moment.state.hostStep = 0;
                 moment.state.mayTouch = 0;
-                moment.state.promised =
-                    operation == copyOperation ? std::uint8_t{0} : moment.state.promised;
+                moment.state.promised = operation == copyOperation ? no : moment.state.promised;
             }
             reach(at, step.text, moment);
         }

@@ -107,7 +107,7 @@ void addWait(Steps& steps, Variant variant) {
                                  variant == Variant::waitResetsTheEventAfterATimeOut;
                              moment.expect(!resets || state.woken != 0 || state.signalled == 0,
                                            "a signal was thrown away");
-                             state.signalled = resets ? 0 : state.signalled;
+                             state.signalled = resets ? no : state.signalled;
                              return Next::step;
                          }});
     }

@@ -22,7 +22,7 @@ Step clearReady(std::string_view text) {
 Step endWait(std::string_view text, Variant variant) {
     return wordStep(text, [variant](State& state) {
         state.word = afterEndWait(state.word);
-        state.word.ready = variant == Variant::endWaitClearsReady ? 0 : state.word.ready;
+        state.word.ready = variant == Variant::endWaitClearsReady ? no : state.word.ready;
         state.hostWaits = 0;
         const bool isTold = state.operation == waitOperation && state.woken != 0;
         state.promised = isTold && state.frameDue != 0 && state.deliveryOwns == 0 ? 1 : 0;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ostream>
 #include <string>
 
 #include "tests/interleavings/explorer.h"
@@ -50,9 +51,9 @@ TEST(Interleavings, ATakeIsSoundAsTheTwoStepsThatItIs) {
 TEST(Interleavings, EveryWordIsReachedByTheHandOversOwnSteps) {
     for (std::uint8_t bits = 0; bits < 8; ++bits) {
         Word word;
-        word.ready = bits & 1U;
-        word.handingOver = (bits >> 1U) & 1U;
-        word.waiting = (bits >> 2U) & 1U;
+        word.ready = static_cast<std::uint8_t>(bits & 1U);
+        word.handingOver = static_cast<std::uint8_t>((bits >> 1U) & 1U);
+        word.waiting = static_cast<std::uint8_t>((bits >> 2U) & 1U);
         const auto same = interleavings::stepOf(word, [](CHandOver&) { return true; });
         EXPECT_EQ(same.word, word) << int{bits};
     }

@@ -18,6 +18,10 @@ inline constexpr std::uint8_t bufferCount = ringSize + 1;
 inline constexpr std::int8_t noBuffer = -1;
 inline constexpr std::uint8_t idle = 0xFF;
 
+// Of the width of the flags below: an int beside one of them would make an int of both.
+inline constexpr std::uint8_t no = 0;
+inline constexpr std::uint8_t yes = 1;
+
 enum Thread : std::uint8_t { host, delivery };
 // What a release by one thread and an acquire by the other meet at.
 enum Meeting : std::uint8_t { atWord = 1, atEvent = 2, atLibrary = 4 };
@@ -44,7 +48,7 @@ public:
     }
     void acquire(Thread thread, Meeting meeting) noexcept {
         for (std::uint8_t& each : m_pending.at(other(thread))) {
-            each = (each & meeting) != 0 ? std::uint8_t{0} : each;
+            each = (each & meeting) != 0 ? no : each;
         }
     }
     // The delivery thread has ended, or is none of the two any more.

@@ -3,12 +3,14 @@
 // Cameras are started, lost, found again, set to anything and stopped, for as many frames
 // and losses as are asked for; every N frames what the process holds is counted, and must
 // be no more than the first time.
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/windows.h"

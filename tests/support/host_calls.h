@@ -150,7 +150,7 @@ protected:
     // One call with a message buffer, a word and a value buffer of its own.
     template <class Around = Check, class Call>
     static Answer answerOf(Call&& call) {
-        [[maybe_unused]] const Around check;
+        [[maybe_unused]] const Around check{};
         CHostText message;
         CHostText value;
         CHostStatus word;

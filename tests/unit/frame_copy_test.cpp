@@ -100,7 +100,7 @@ Bytes mosaicByHand(const Bytes& source, std::int32_t width, std::int32_t height)
             const std::size_t right = pixel + 4 + (odd ? 2 : 1);
             if (left < source.size()) {
                 result.push_back(source[left]);
-                result.push_back(right < source.size() ? source[right] : 0);
+                result.push_back(right < source.size() ? source[right] : std::uint8_t{0});
             }
         }
     }

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <thread>
@@ -156,12 +158,13 @@ TEST(HandOver, IsNotCopied) {
 // What the hand-over protects: plain memory, which both threads use in turn. Lies on
 // the heap with its hand-over: the thread sanitizer follows no local variable. Each note
 // has eight bytes of its own: of more accesses to the same eight it forgets some.
+using Note = std::int64_t;
 struct Shared {
     CHandOver handOver;
-    alignas(8) int note = 0;
-    alignas(8) int hostsNote = 0;
-    alignas(8) int deliverysNote = 0;
-    alignas(8) int copyOfNote = 0;
+    Note note = 0;
+    Note hostsNote = 0;
+    Note deliverysNote = 0;
+    Note copyOfNote = 0;
 };
 
 template <class Condition>
@@ -249,7 +252,7 @@ constexpr Step deliverysSteps[] = {
 // look at the note after it. Nothing but the hand-over orders the two: not even what
 // tells the other thread that it is its turn, which lies on the heap as well.
 struct Turn : Shared {
-    alignas(8) std::atomic<bool> isOthers{false};
+    std::atomic<bool> isOthers{false};
 };
 
 void expectPublished(const Step& first, const Step& second) {
@@ -314,7 +317,7 @@ TEST(HandOver, FramesComeOverWholeAndInOrderWhateverTheHostsPatience) {
     std::thread delivery([&] { deliver(*shared, stop); });
 
     int copies = 0;
-    int lastNumber = 0;
+    Note lastNumber = 0;
     int torn = 0;
     int outOfOrder = 0;
     for (int wait = 0; copies < 500; ++wait) {
@@ -344,7 +347,7 @@ TEST(HandOver, AFrameSeesWhatTheHostWroteBeforeTheLatestOfManyWaits) {
     const auto shared = std::make_unique<Shared>();
     std::atomic<bool> stop{false};
     std::thread delivery([&] {
-        int lastNote = 0;
+        Note lastNote = 0;
         while (!stop.load(std::memory_order_relaxed)) {
             if (shared->handOver.takeIfWaiting()) {
                 EXPECT_GT(shared->hostsNote, lastNote);
@@ -401,7 +404,7 @@ TEST(HandOver, ADroppedFrameSeesWhatTheHostWroteBeforeTheEndOfItsWait) {
     std::vector<int> notes(manyWaits + 1);
     std::atomic<int> begun{0};
     std::thread delivery([&] {
-        int taken = 0;
+        Note taken = 0;
         for (int wait = 0; wait < manyWaits;) {
             wait = begun.load(std::memory_order_acquire);
             if (shared->handOver.takeIfWaiting()) {

@@ -200,13 +200,13 @@ std::string handleLines() {
            placeOf(text, text.c_str()) + ", size " + placeOf(text, text.size()) + "\n";
 }
 
-template <class Item>
+template <class Value>
 std::string valueLine(std::string_view name) {
-    static_assert(sizeof(Item) == sizeof(void*));
-    static_assert(alignof(Item) == alignof(void*));
+    static_assert(sizeof(Value) == sizeof(void*));
+    static_assert(alignof(Value) == alignof(void*));
     // Such a class is returned through a pointer to its place, in both ABIs.
-    static_assert(!std::is_trivially_copyable_v<Item>);
-    return sizeLine<Item>(name) + "\n";
+    static_assert(!std::is_trivially_copyable_v<Value>);
+    return sizeLine<Value>(name) + "\n";
 }
 
 std::string valueLines() {

@@ -8,6 +8,8 @@
 #include <limits>
 #include <set>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 

@@ -4,8 +4,10 @@
 
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <thread>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "capture/library/handles.h"

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 #include <numeric>
 #include <stdexcept>
 #include <string_view>

@@ -13,6 +13,7 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <utility>
 
 #include "tests/win32/win32_log.h"
 

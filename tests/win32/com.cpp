@@ -5,6 +5,7 @@
 #include <cstring>
 #include <cwchar>
 #include <map>
+#include <mutex>
 
 #include "tests/win32/call_log.h"
 #include "tests/win32/win32_log.h"

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Events, and waiting for them.
 #include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <mutex>
 #include <new>
 #include <unordered_set>
 

@@ -2,6 +2,7 @@
 // The answers that tests lay down, and the counters that they read.
 #include <deque>
 #include <map>
+#include <mutex>
 
 #include "tests/win32/call_log.h"
 #include "tests/win32/win32_log.h"

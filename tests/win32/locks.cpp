@@ -2,6 +2,7 @@
 // Slim locks and their condition variables, the clock, and facts of the thread.
 #include <atomic>
 #include <chrono>
+#include <mutex>
 
 #include "platform/windows.h"
 

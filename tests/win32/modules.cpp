@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cwchar>
 #include <map>
+#include <mutex>
+#include <utility>
 
 #include "tests/win32/call_log.h"
 #include "tests/win32/win32_log.h"

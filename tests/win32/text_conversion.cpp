@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // UTF-8 to wide text and back, with the system's way of sizes and bad sequences.
+#include <cstdio>
 #include <cwchar>
 
 #include "tests/win32/call_log.h"

@@ -2,6 +2,7 @@
 // What reaches a person: message boxes and debugger texts. Both are kept for the
 // tests; nothing is shown.
 #include <array>
+#include <mutex>
 
 #include "tests/win32/call_log.h"
 #include "tests/win32/win32_log.h"

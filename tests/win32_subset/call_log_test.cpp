@@ -2,7 +2,10 @@
 // The call log of the Win32 subset, and the modules, files, boxes and texts in it.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "tests/win32/win32_log.h"
 

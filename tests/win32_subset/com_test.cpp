@@ -2,6 +2,7 @@
 // COM of the Win32 subset: starts per thread, memory, texts.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <thread>
 
 #include "tests/win32/win32_log.h"

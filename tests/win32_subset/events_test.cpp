@@ -2,6 +2,7 @@
 // Events of the Win32 subset, and what tests can make of them.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <thread>
 
 #include "tests/win32/win32_log.h"

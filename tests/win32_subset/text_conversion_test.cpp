@@ -2,6 +2,7 @@
 // Text conversion of the Win32 subset: sizes, terminators, bad sequences.
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 
 #include "tests/win32/win32_log.h"

@@ -128,7 +128,7 @@ private:
 
 // The subject of calls that belong to no camera.
 struct NoCamera {
-    static std::string cameraName() { return {}; }
+    std::string cameraName() const { return {}; }
 };
 
 }  // namespace virtual_cameras

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
 
 namespace virtual_cameras {

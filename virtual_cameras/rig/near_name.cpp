@@ -2,6 +2,7 @@
 #include "virtual_cameras/rig/near_name.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <numeric>
 
 namespace virtual_cameras {

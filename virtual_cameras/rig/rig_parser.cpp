@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <system_error>
 
 #include "virtual_cameras/files/files.h"
 #include "virtual_cameras/rig/near_name.h"

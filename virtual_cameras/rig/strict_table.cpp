@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <system_error>
 #include <utility>
 
 #include "virtual_cameras/rig/near_name.h"

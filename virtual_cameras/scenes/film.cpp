@@ -5,6 +5,7 @@
 #include <array>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #define STB_IMAGE_IMPLEMENTATION
 #define STB_IMAGE_STATIC

@@ -87,7 +87,7 @@ private:
 };
 
 template <class Scene>
-std::unique_ptr<CScene> made(const SceneSettings& settings) {
+std::unique_ptr<CScene> made([[maybe_unused]] const SceneSettings& settings) {
     if constexpr (std::is_constructible_v<Scene, const SceneSettings&>) {
         return std::make_unique<Scene>(settings);
     } else {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/border/support/debugger_output.h"
 
+#include <cstddef>
 #include <string_view>
 #include <utility>
 

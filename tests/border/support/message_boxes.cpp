@@ -2,6 +2,7 @@
 #include "tests/border/support/message_boxes.h"
 
 #include <array>
+#include <cstddef>
 #include <ostream>
 #include <utility>
 

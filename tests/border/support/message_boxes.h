@@ -2,6 +2,8 @@
 // Sees every message box of the calling thread, notes what it shows, and closes it.
 #pragma once
 
+#include <cstddef>
+#include <iosfwd>
 #include <string>
 #include <vector>
 

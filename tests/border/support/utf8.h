@@ -2,6 +2,7 @@
 // Wide text of the system as UTF-8, for comparing and printing.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
