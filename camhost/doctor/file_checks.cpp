@@ -2,6 +2,7 @@
 #include "camhost/doctor/file_checks.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
 #include <utility>
 

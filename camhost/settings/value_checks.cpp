@@ -2,6 +2,7 @@
 #include "camhost/settings/value_checks.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "camhost/base/name_search.h"
 #include "camhost/base/number_texts.h"

@@ -5,6 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string_view>
+
 #include "tests/camhost/program.h"
 
 namespace camhost::test {
