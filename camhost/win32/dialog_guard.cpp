@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 
+#include "camhost/base/texts.h"
 #include "camhost/win32/wide_text.h"
 
 namespace camhost {
@@ -88,7 +89,8 @@ void CDialogGuard::dismiss(HWND window) {
         std::wstring text;
         EnumChildWindows(window, onChild, reinterpret_cast<LPARAM>(&text));
         const Dialog dialog{toUtf8(windowText(window)), toUtf8(text)};
-        std::fprintf(stderr, "dialog: \"%s\": %s\n", dialog.caption.c_str(), dialog.text.c_str());
+        std::fprintf(stderr, "dialog: \"%s\": %s\n", printable(dialog.caption).c_str(),
+                     printable(dialog.text).c_str());
         std::fflush(stderr);
         m_dismissed.push_back(window);
         const std::lock_guard lock(m_mutex);
