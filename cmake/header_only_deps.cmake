@@ -18,6 +18,12 @@ function(velmora_add_header_only_dep header folder)
         message(WARNING "${header} not found; what needs it will not build")
         return()
     endif()
+    if(CMAKE_HOST_WIN32)
+        # Nothing else lies there; and a link takes a right that users do not have, while a
+        # folder would not be copied in its place.
+        target_include_directories(header_only_deps SYSTEM INTERFACE ${${variable}})
+        return()
+    endif()
     set(isolated ${PROJECT_BINARY_DIR}/header_only_deps)
     file(MAKE_DIRECTORY ${isolated})
     file(CREATE_LINK ${${variable}}/${folder} ${isolated}/${folder} COPY_ON_ERROR SYMBOLIC)

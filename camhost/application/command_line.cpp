@@ -19,6 +19,19 @@ CLI::Validator oneOf(const std::vector<std::string>& words) {
     return CLI::IsMember(words, CLI::ignore_case).description("");
 }
 
+// The library's own reading takes -1 for the largest count there is, and 010 for eight.
+CLI::Validator plainCount() {
+    const auto rewrite = [](std::string& text) {
+        const auto value = wholeCount(withoutPlus(text));
+        if (!value) {
+            return "takes a whole number, not " + text;
+        }
+        text = std::to_string(*value);
+        return std::string();
+    };
+    return {rewrite, ""};
+}
+
 std::string aboveZero(const std::string& text) {
     const auto value = wholeNumber(text);
     return value && *value > 0.0 ? std::string() : "takes a number above 0, not " + text;
@@ -64,11 +77,14 @@ public:
     }
     void count(const char* names, std::uint64_t& value, const char* placeholder,
                const char* what) override {
-        m_app.add_option(names, value, what)->type_name(placeholder);
+        m_app.add_option(names, value, what)->transform(plainCount())->type_name(placeholder);
     }
     void countAboveZero(const char* names, std::uint64_t& value, const char* placeholder,
                         const char* what) override {
-        m_app.add_option(names, value, what)->check(aboveZero)->type_name(placeholder);
+        m_app.add_option(names, value, what)
+            ->transform(plainCount())
+            ->check(aboveZero)
+            ->type_name(placeholder);
     }
     void secondsAboveZero(const char* names, double& value, const char* placeholder,
                           const char* what) override {

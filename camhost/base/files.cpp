@@ -87,6 +87,10 @@ std::vector<std::uint8_t> readFile(const std::string& name, std::size_t largest)
         bytes.resize(start + step);
         file.read(reinterpret_cast<char*>(bytes.data() + start), step);
         got = static_cast<std::size_t>(file.gcount());
+        // Else what could not be read would pass for the end.
+        if (file.bad()) {
+            throw refuse("can not read \"" + name + "\"");
+        }
         bytes.resize(start + got);
         if (bytes.size() > largest) {
             throw refuse("\"" + name + "\" is larger than " + std::to_string(largest) + " bytes");

@@ -26,6 +26,18 @@ constexpr std::array<std::pair<std::string_view, bool>, 8> booleanWords{{
     {"false", false},
 }};
 
+// Nothing for what is no number as a whole.
+template <class Number>
+std::optional<Number> whole(std::string_view text) {
+    Number value{};
+    const char* last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), last, value);
+    if (text.empty() || error != std::errc{} || end != last) {
+        return std::nullopt;
+    }
+    return value;
+}
+
 }  // namespace
 
 std::string_view withoutPlus(std::string_view text) {
@@ -44,24 +56,16 @@ std::string fixedText(double value, int decimals) {
 }
 
 std::optional<std::int32_t> wholeInteger(std::string_view text) {
-    text = withoutPlus(text);
-    std::int32_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (text.empty() || error != std::errc{} || end != text.data() + text.size()) {
-        return std::nullopt;
-    }
-    return value;
+    return whole<std::int32_t>(withoutPlus(text));
+}
+
+std::optional<std::uint64_t> wholeCount(std::string_view text) {
+    return whole<std::uint64_t>(text);
 }
 
 std::optional<double> wholeNumber(std::string_view text) {
-    text = withoutPlus(text);
-    double value = 0.0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (text.empty() || error != std::errc{} || end != text.data() + text.size() ||
-        !std::isfinite(value)) {
-        return std::nullopt;
-    }
-    return value;
+    const auto value = whole<double>(withoutPlus(text));
+    return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
 std::optional<bool> booleanText(std::string_view text) {

@@ -17,6 +17,8 @@ std::string_view withoutPlus(std::string_view text);
 
 // The whole text must be the number: no blanks, no letters, no rest.
 std::optional<std::int32_t> wholeInteger(std::string_view text);
+// In decimal digits alone.
+std::optional<std::uint64_t> wholeCount(std::string_view text);
 std::optional<double> wholeNumber(std::string_view text);
 // on/off, 1/0, yes/no, true/false in any case.
 std::optional<bool> booleanText(std::string_view text);

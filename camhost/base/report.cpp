@@ -34,6 +34,13 @@ std::ostream& CReport::giveOutput() {
     return m_out;
 }
 
+void CReport::deliver() {
+    flush();
+    if (!m_out) {
+        throw Failure{.code = "file", .message = "can not write to the output"};
+    }
+}
+
 void CReport::message(std::string_view text) {
     if (m_verbosity >= 0) {
         endProgress();

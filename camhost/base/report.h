@@ -38,6 +38,7 @@ public:
     void line(std::string_view text);     // a result; not with JSON
     void event(const CJson& object);      // a line of its own before the document; JSON alone
     void flush() { m_out.flush(); }       // what was told so far, before what may end the program
+    void deliver();                       // the same; throws a Failure when it does not arrive
     void message(std::string_view text);  // not when quiet
     void detail(std::string_view text);   // only when verbose
     void warning(std::string_view text);  // always, and in the JSON

@@ -11,6 +11,7 @@ namespace camhost {
 
 // ASCII only, whatever the locale.
 std::string lowered(std::string_view text);
+std::string upperCased(std::string_view text);
 // Of UTF-8, for finding what people typed: capital letters of the Latin, Greek and Cyrillic
 // alphabets are small ones.
 std::string folded(std::string_view text);

@@ -24,4 +24,10 @@ void failOnText(const char* entry, const char* text) {
                           .adapterMessage = text}};
 }
 
+void failOnOther(const char* entry) {
+    throw AdapterFailure{
+        {.code = "exception",
+         .message = std::string(entry) + ": the adapter threw what is no code and no text"}};
+}
+
 }  // namespace camhost

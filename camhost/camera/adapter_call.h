@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Calls into an adapter: what it throws (result codes, texts, standard
-// exceptions) comes out as an AdapterFailure that names the entry point. Portable.
+// exceptions, and anything else) comes out as an AdapterFailure that names the entry point.
+// Portable.
 #pragma once
 
 #include <cstdint>
@@ -19,6 +20,7 @@ std::string resultCodeText(std::uint32_t code);
 
 [[noreturn]] void failOnCode(const char* entry, std::uint32_t code);
 [[noreturn]] void failOnText(const char* entry, const char* text);
+[[noreturn]] void failOnOther(const char* entry);
 
 template <class Call>
 std::int32_t callAdapter(const char* entry, Call call) {
@@ -32,6 +34,8 @@ std::int32_t callAdapter(const char* entry, Call call) {
         failOnText(entry, error.what());
     } catch (const char* text) {
         failOnText(entry, text);
+    } catch (...) {
+        failOnOther(entry);
     }
 }
 

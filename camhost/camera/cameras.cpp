@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "camhost/camera/cameras.h"
 
-#include <algorithm>
+#include <exception>
 #include <functional>
 #include <utility>
 
@@ -121,7 +121,9 @@ CJson identityJson(const CRecordChannel& camera) {
     return identity;
 }
 
-CCameras::CCameras(GetVideoChannelEntry getVideoChannel) : m_getVideoChannel(getVideoChannel) {
+// By way of the other one, so that those that are open are closed when a later one throws.
+CCameras::CCameras(GetVideoChannelEntry getVideoChannel) : CCameras() {
+    m_getVideoChannel = getVideoChannel;
     for (std::int32_t index = 0; index < mostCameras; ++index) {
         RecordWithRoom room;
         VideoChannelRecord& record = room.record;
@@ -143,10 +145,18 @@ CCameras::~CCameras() {
 }
 
 void CCameras::close() {
+    std::exception_ptr first;
     while (!m_channels.empty()) {
         const std::unique_ptr<CRecordChannel> last = std::move(m_channels.back());
         m_channels.pop_back();
-        last->close();
+        try {
+            last->close();
+        } catch (const Failure&) {
+            first = first ? first : std::current_exception();
+        }
+    }
+    if (first) {
+        std::rethrow_exception(first);
     }
 }
 

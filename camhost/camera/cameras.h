@@ -32,7 +32,7 @@ public:
     // that lists the candidates.
     CRecordChannel& select(const std::string& wanted) const;
 
-    // Frees the adapter's channels; reports what they throw.
+    // Frees the adapter's channels, all of them; throws the first Failure of it.
     void close();
 
 private:

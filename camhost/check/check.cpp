@@ -10,7 +10,7 @@ bool frameComes(CHostCalls& host) {
     constexpr int waits = 5;
     for (int i = 0; i < waits; ++i) {
         const Answer answer = host.waitFrame();
-        if (answer.isDone() && answer.word == HOST_STATUS_DONE) {
+        if (answer.isDone() && answer.word == std::uint32_t{HOST_STATUS_DONE}) {
             return true;
         }
     }
@@ -87,6 +87,20 @@ bool CCheck::hasKey(const std::string& key) {
 std::optional<std::string> CCheck::value(const std::string& key) {
     const Answer answer = m_host.get(key);
     return answer.isDone() ? answer.text : std::nullopt;
+}
+
+ImageInfo CCheck::picture() {
+    constexpr std::int64_t mostPixels = std::int64_t{1} << 28U;
+    ImageInfo image{};
+    if (const Answer answer = m_host.imageInfo(image); !answer.isDone()) {
+        throw NotSupported{"GetImageInfo " + told(answer)};
+    }
+    if (image.width <= 0 || image.height <= 0 ||
+        std::int64_t{image.width} * image.height > mostPixels) {
+        throw NotSupported{"there is no frame of " + std::to_string(image.width) + "x" +
+                           std::to_string(image.height)};
+    }
+    return image;
 }
 
 Answer CCheck::goLive() {

@@ -54,6 +54,8 @@ public:
     bool hasKey(const std::string& key);
     // Nothing where it can not be read.
     std::optional<std::string> value(const std::string& key);
+    // Throws NotSupported where it is not told, or has a size of which there can be no frame.
+    ImageInfo picture();
 
     // Starts it, running free; needLive throws NotSupported where that failed.
     Answer goLive();

@@ -20,10 +20,20 @@ const char* shownWord(Outcome outcome) {
     return words[static_cast<std::size_t>(outcome)];
 }
 
+// U+FFFE and U+FFFF are UTF-8, and nothing that XML can hold.
+std::string withoutNoncharacters(std::string text) {
+    for (const std::string_view none : {"\xEF\xBF\xBE", "\xEF\xBF\xBF"}) {
+        for (auto at = text.find(none); at != text.npos; at = text.find(none, at)) {
+            text.replace(at, none.size(), " ");
+        }
+    }
+    return text;
+}
+
 // Of an attribute or a text; foreign bytes that XML can not hold are blanks.
 std::string xml(const std::string& text) {
     std::string escaped;
-    for (const char c : forTerminal(printable(text))) {
+    for (const char c : withoutNoncharacters(printable(text))) {
         switch (c) {
             case '&':
                 escaped += "&amp;";

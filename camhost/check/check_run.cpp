@@ -2,6 +2,7 @@
 #include "camhost/check/check_run.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "camhost/base/failure.h"
 #include "camhost/base/name_search.h"
@@ -37,6 +38,9 @@ Finding tryClaim(CCheck& check, const ClaimGroup& group, const Claim& claim) {
     } catch (const Failure& failure) {
         finding.reasons = check.takeReasons();
         finding.reasons.push_back(failure.message);
+    } catch (const std::exception& error) {
+        finding.reasons = check.takeReasons();
+        finding.reasons.emplace_back(error.what());
     }
     if (finding.outcome == Outcome::Holds && !finding.reasons.empty()) {
         finding.outcome = Outcome::Fails;
@@ -51,6 +55,7 @@ void tryStep(CCheck& check, void (*step)(CCheck&)) {
         step(check);
     } catch (const NotSupported&) {
     } catch (const Failure&) {
+    } catch (const std::exception&) {
     }
     check.takeReasons();
 }

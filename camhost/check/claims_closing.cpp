@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Every call with a context that is null or closed, and what closing does to the list.
+#include <array>
 #include <cstring>
 
 #include "camhost/camera/adapter_call.h"
@@ -91,7 +92,7 @@ void closeAnswersZero(CCheck& check) {
 }
 
 template <CHostCalls (*hostOf)(CCheck&)>
-constexpr Claim deadClaims[] = {
+constexpr auto deadClaims = std::to_array<Claim>({
     {"SetCameraParameters", givesOneAndTouchesNothing<hostOf, setParameters>},
     {"GetImageInfo", givesOneAndTouchesNothing<hostOf, imageInfo>},
     {"WaitFrame", givesOneAndTouchesNothing<hostOf, waitFrame>},
@@ -106,7 +107,7 @@ constexpr Claim deadClaims[] = {
     {"GetPropertyChoice", givesOneAndTouchesNothing<hostOf, choice>},
     {"GetPropertyAttribute", givesOneAndTouchesNothing<hostOf, attribute>},
     {"CloseChannel answers 0", closeAnswersZero<hostOf>},
-};
+});
 
 std::int32_t recordAt(CCheck& check, std::size_t index, RecordWithRoom& room) {
     return callAdapter("GetVideoChannel", [&] {

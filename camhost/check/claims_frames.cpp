@@ -19,14 +19,6 @@ constexpr PixelType mono8{"MONO8", HOST_PIXEL_MONO8, 1};
 constexpr PixelType raw8{"RAW8", HOST_PIXEL_RAW8, 1};
 constexpr PixelType rgb24{"RGB24", HOST_PIXEL_RGB24, 3};
 
-ImageInfo imageOf(CHostCalls& host) {
-    ImageInfo image{};
-    if (const Answer answer = host.imageInfo(image); !answer.isDone()) {
-        throw NotSupported{"GetImageInfo " + told(answer)};
-    }
-    return image;
-}
-
 std::size_t frameBytes(const ImageInfo& image) {
     const auto width = static_cast<std::size_t>(image.width);
     const auto height = static_cast<std::size_t>(image.height);
@@ -44,7 +36,7 @@ void needFrame(CCheck& check) {
 }
 
 CGuardedBytes copied(CCheck& check, std::uint8_t fill) {
-    CGuardedBytes frame(frameBytes(imageOf(check.host())), fill);
+    CGuardedBytes frame(frameBytes(check.picture()), fill);
     needFrame(check);
     check.expectAnswer(check.host().copyFrame(frame.data()),
                        {.result = HOST_RESULT_SUCCESS, .word = HOST_STATUS_DONE});
@@ -58,7 +50,7 @@ void frameIsCopied(CCheck& check) {
 
 void copiedFrameIsUsedUp(CCheck& check) {
     check.needLive();
-    CGuardedBytes frame(frameBytes(imageOf(check.host())));
+    CGuardedBytes frame(frameBytes(check.picture()));
     needFrame(check);
     CGuardedBytes first = frame;
     check.host().copyFrame(first.data());
@@ -82,7 +74,7 @@ void chooseType(CCheck& check, const PixelType& type) {
 template <const PixelType& type>
 void codeIsTold(CCheck& check) {
     chooseType(check, type);
-    const std::uint32_t code = imageOf(check.host()).pixelType;
+    const std::uint32_t code = check.picture().pixelType;
     check.expect(code == type.code, "it is " + std::to_string(code));
 }
 

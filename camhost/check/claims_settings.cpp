@@ -103,12 +103,6 @@ void longNamesAreRefused(CCheck& check) {
     check.expectAnswer(check.host().execute(longKey), refused, "ExecuteCommand");
 }
 
-std::string upperCased(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
-    return text;
-}
-
 void isReadAs(CCheck& check, const std::string& key, const std::string& typed) {
     const auto text = check.value(key);
     if (!text) {

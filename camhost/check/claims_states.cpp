@@ -57,11 +57,7 @@ void waitLastsASecond(CCheck& check) {
 }
 
 void noFrameToCopy(CCheck& check) {
-    const ImageInfo image = [&] {
-        ImageInfo info{};
-        check.host().imageInfo(info);
-        return info;
-    }();
+    const ImageInfo image = check.picture();
     CGuardedBytes frame(static_cast<std::size_t>(image.width) *
                         static_cast<std::size_t>(image.height) * 3);
     check.expectAnswer(check.host().copyFrame(frame.data()), doneWith(HOST_STATUS_NO_FRAME));

@@ -20,27 +20,37 @@ public:
         list.flag("--manual", m_manual, "switch the action's automatic off first");
     }
 
+    // What was done is told, also when a later action is refused.
     ExitCode run(CommandContext& context) override {
         CSettings settings(*context.camera, context.hintPrefix);
         CJson result = CJson::array();
-        for (const std::string& command : m_commands) {
-            const SettingTexts before = readTexts(settings);
-            executeAction(*context.camera, settings, context.system, command,
-                          {context.hintPrefix, m_manual, context.dialogs});
-            const std::string name = normalisedKey(command);
-            context.report.line(name + ": done");
-            const std::vector<TextChange> changes = changedTexts(before, readTexts(settings));
-            for (const TextChange& change : changes) {
-                context.report.line(change.key + ": " + printable(change.before) + " -> " +
-                                    printable(change.after));
+        try {
+            for (const std::string& command : m_commands) {
+                result.add(execute(context, settings, command));
             }
-            result.add(CJson::object({{"command", name}, {"changes", textChangesJson(changes)}}));
+        } catch (const Failure&) {
+            context.report.setResult(std::move(result));
+            throw;
         }
         context.report.setResult(std::move(result));
         return ExitCode::Done;
     }
 
 private:
+    CJson execute(CommandContext& context, CSettings& settings, const std::string& command) const {
+        const SettingTexts before = readTexts(settings);
+        executeAction(*context.camera, settings, context.system, command,
+                      {context.hintPrefix, m_manual, context.dialogs});
+        const std::string name = normalisedKey(command);
+        context.report.line(name + ": done");
+        const std::vector<TextChange> changes = changedTexts(before, readTexts(settings));
+        for (const TextChange& change : changes) {
+            context.report.line(change.key + ": " + printable(change.before) + " -> " +
+                                printable(change.after));
+        }
+        return CJson::object({{"command", name}, {"changes", textChangesJson(changes)}});
+    }
+
     std::vector<std::string> m_commands;
     bool m_manual = false;
 };

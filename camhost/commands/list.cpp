@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "camhost/base/texts.h"
+#include "camhost/camera/adapter_call.h"
 #include "camhost/commands/define_command.h"
 #include "velmora/video_channel_record.h"
 
@@ -14,10 +15,16 @@ std::string sizeText(const VideoChannelRecord& record) {
     return std::to_string(record.maxWidth) + "x" + std::to_string(record.maxHeight);
 }
 
-std::string stateText(CRecordChannel& camera) {
-    ImageInfo image{};
-    std::uint32_t status = 0;
-    return camera.imageInfo(image, status).done() ? "ready" : "no device";
+// One camera that fails hides no other.
+std::string stateText(CRecordChannel& camera, CReport& report) {
+    try {
+        ImageInfo image{};
+        std::uint32_t status = 0;
+        return camera.imageInfo(image, status).done() ? "ready" : "no device";
+    } catch (const AdapterFailure& failure) {
+        report.warning(camera.selector() + ": " + failure.message);
+        return "failing";
+    }
 }
 
 struct Row {
@@ -61,7 +68,8 @@ public:
         for (const auto& camera : context.cameras.all()) {
             const VideoChannelRecord& record = camera->record();
             rows.push_back({std::to_string(camera->index()), printable(camera->serial()),
-                            printable(camera->name()), sizeText(record), stateText(*camera)});
+                            printable(camera->name()), sizeText(record),
+                            stateText(*camera, context.report)});
             CJson row = identityJson(*camera);
             row.set("max_width", record.maxWidth);
             row.set("max_height", record.maxHeight);

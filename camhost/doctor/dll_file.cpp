@@ -193,9 +193,9 @@ std::vector<DllImport> CDllReader::readImports() {
         }
         const auto lookup = atAddress<std::uint32_t>(at);
         const auto addresses = atAddress<std::uint32_t>(at + 16);
-        DllImport import{.library = textAt(name)};
-        import.functions = readThunks(lookup != 0 ? lookup : addresses);
-        imports.push_back(std::move(import));
+        DllImport wanted{.library = textAt(name)};
+        wanted.functions = readThunks(lookup != 0 ? lookup : addresses);
+        imports.push_back(std::move(wanted));
     }
     return imports;
 }
@@ -214,9 +214,9 @@ std::vector<DllImport> CDllReader::readDelayedImports() {
         if (imports.size() == mostLibraries) {
             throw Damage{"it imports more libraries than any library"};
         }
-        DllImport import{.library = textAt(name)};
-        import.functions = readThunks(atAddress<std::uint32_t>(at + 16));
-        imports.push_back(std::move(import));
+        DllImport wanted{.library = textAt(name)};
+        wanted.functions = readThunks(atAddress<std::uint32_t>(at + 16));
+        imports.push_back(std::move(wanted));
     }
 }
 
@@ -252,9 +252,9 @@ std::vector<DllImport> CDllReader::searchDelayedImports() {
 
 void CDllReader::addDelayedImport(std::size_t descriptor, std::vector<DllImport>& imports) {
     try {
-        DllImport import{.library = textAt(at<std::uint32_t>(descriptor + 4))};
-        import.functions = readThunks(at<std::uint32_t>(descriptor + 16));
-        imports.push_back(std::move(import));
+        DllImport wanted{.library = textAt(at<std::uint32_t>(descriptor + 4))};
+        wanted.functions = readThunks(at<std::uint32_t>(descriptor + 16));
+        imports.push_back(std::move(wanted));
     } catch (const Damage&) {
         return;
     }
@@ -292,10 +292,11 @@ DllFile CDllReader::read() {
 }  // namespace
 
 std::string machineName(std::uint16_t machine) {
-    constexpr std::pair<std::uint16_t, const char*> names[] = {{machineX64, "x64"},
-                                                               {0x014C, "x86 (32 bits)"},
-                                                               {0x01C4, "ARM (32 bits)"},
-                                                               {0xAA64, "ARM64"}};
+    constexpr std::pair<std::uint16_t, const char*> names[] = {
+        {machineX64, "x64"},
+        {std::uint16_t{0x014C}, "x86 (32 bits)"},
+        {std::uint16_t{0x01C4}, "ARM (32 bits)"},
+        {std::uint16_t{0xAA64}, "ARM64"}};
     for (const auto& [number, name] : names) {
         if (number == machine) {
             return name;

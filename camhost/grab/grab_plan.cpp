@@ -22,8 +22,7 @@ Failure usage(std::string message, std::string hint = {}) {
 // Of the last part of the name, with its dot; empty when there is none, or when it is
 // where the number stands.
 std::string endOf(const std::string& name) {
-    const auto folder = name.find_last_of("/\\");
-    const std::string last = folder == name.npos ? name : name.substr(folder + 1);
+    const std::string last = nameOf(name);
     const auto dot = last.rfind('.');
     return dot == last.npos || last.find('%', dot) != last.npos ? "" : last.substr(dot);
 }

@@ -107,16 +107,10 @@ std::string commandSection(const CommandOutline& command) {
            exampleLines(command.examples);
 }
 
-std::string upper(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
-    return text;
-}
-
 }  // namespace
 
 std::string manualPage(const ProgramOutline& program) {
-    std::string page = ".\\\" SPDX-License-Identifier: MIT\n.TH " + upper(program.name) +
+    std::string page = ".\\\" SPDX-License-Identifier: MIT\n.TH " + upperCased(program.name) +
                        " 1 \"\" \"" + program.name + " " + program.version +
                        "\" \"User Commands\"\n.SH NAME\n" + program.name + " \\- " +
                        escaped(program.what) + "\n.SH SYNOPSIS\n" + bold(program.name) +

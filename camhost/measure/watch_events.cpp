@@ -34,7 +34,7 @@ void CWatchEvents::tell(const char* event, double at, const std::string& text, c
         json.set(key, value);
     }
     m_report.event(json);
-    m_report.flush();
+    m_report.deliver();
 }
 
 void CWatchEvents::start(const std::string& date, const std::string& camera,
@@ -45,7 +45,7 @@ void CWatchEvents::start(const std::string& date, const std::string& camera,
                                   {"seconds", 0.0},
                                   {"date", date},
                                   {"camera", identity}}));
-    m_report.flush();
+    m_report.deliver();
 }
 
 void CWatchEvents::lost(double at, const GrabCounts& counts) {

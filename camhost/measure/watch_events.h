@@ -13,6 +13,7 @@
 
 namespace camhost {
 
+// All throw a Failure when nobody reads what they tell any longer.
 class CWatchEvents {
 public:
     explicit CWatchEvents(CReport& report) : m_report(report) {}

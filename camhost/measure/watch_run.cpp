@@ -44,9 +44,9 @@ GrabEnd CWatchRun::run(const CJson& identity) {
     m_waits.begin();
     m_hasBegun = true;
     m_date = m_system.utcDate();
-    m_events.start(m_date, m_camera.selector() + " \"" + printable(m_camera.name()) + "\"",
-                   identity);
     try {
+        m_events.start(m_date, m_camera.selector() + " \"" + printable(m_camera.name()) + "\"",
+                       identity);
         const GrabEnd end = loop(buffer);
         m_waits.updateTimes();
         video.stop();

@@ -10,7 +10,7 @@
 
 namespace camhost {
 
-// Empty when the picture is empty.
+// Empty when the picture is empty. Throws a Failure when it is too large.
 std::vector<std::uint8_t> encodePng(const Image& image);
 
 }  // namespace camhost

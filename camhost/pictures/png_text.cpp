@@ -5,6 +5,8 @@
 #include <array>
 #include <string_view>
 
+#include "camhost/base/checksum.h"
+
 namespace camhost {
 
 namespace {
@@ -14,17 +16,6 @@ constexpr std::array<std::uint8_t, 8> signature{0x89, 'P', 'N', 'G', '\r', '\n',
 constexpr std::size_t chunkFrame = 12;
 constexpr std::size_t headerEnd = signature.size() + chunkFrame + 13;
 constexpr std::string_view textType = "tEXt";
-
-std::uint32_t checksum(std::span<const std::uint8_t> bytes) {
-    std::uint32_t crc = 0xFFFFFFFFU;
-    for (const std::uint8_t byte : bytes) {
-        crc ^= byte;
-        for (int bit = 0; bit < 8; ++bit) {
-            crc = (crc >> 1U) ^ ((crc & 1U) != 0 ? 0xEDB88320U : 0U);
-        }
-    }
-    return crc ^ 0xFFFFFFFFU;
-}
 
 void appendNumber(std::vector<std::uint8_t>& bytes, std::uint32_t value) {
     for (const unsigned shift : {24U, 16U, 8U, 0U}) {
@@ -49,7 +40,7 @@ std::vector<std::uint8_t> textChunk(const std::string& key, const std::string& t
     chunk.insert(chunk.end(), key.begin(), key.end());
     chunk.push_back(0);
     chunk.insert(chunk.end(), text.begin(), text.end());
-    appendNumber(chunk, checksum(std::span(chunk).subspan(4)));
+    appendNumber(chunk, crc32(std::span(chunk).subspan(4)));
     return chunk;
 }
 
@@ -80,7 +71,7 @@ PngTexts readPngTexts(std::span<const std::uint8_t> png) {
         }
         const auto body = png.subspan(at + 4, 4 + length);
         const bool isText = std::equal(textType.begin(), textType.end(), body.begin());
-        if (isText && checksum(body) == readNumber(png, at + 8 + length)) {
+        if (isText && crc32(body) == readNumber(png, at + 8 + length)) {
             const std::string content(body.begin() + 4, body.end());
             const auto zero = content.find('\0');
             if (zero != content.npos) {

@@ -35,6 +35,33 @@ CJson textChangesJson(const std::vector<TextChange>& changes) {
     return list;
 }
 
+namespace {
+
+// The property page is left open, and whatever comes of it the guard is what it was.
+Reply executeGuarded(CRecordChannel& camera, CSystem& system, const std::string& command,
+                     const ActionOptions& options) {
+    system.guardDialogs(!options.dialogs && normalisedKey(command) != propertyPage);
+    try {
+        Reply reply = camera.execute(command);
+        system.guardDialogs(!options.dialogs);
+        return reply;
+    } catch (const Failure&) {
+        system.guardDialogs(!options.dialogs);
+        throw;
+    }
+}
+
+// There is an earlier failure to tell of.
+void switchOnAgain(CRecordChannel& camera, const std::string& automatic) {
+    try {
+        camera.setValue(automatic, "true");
+    } catch (const Failure&) {
+        return;
+    }
+}
+
+}  // namespace
+
 void executeAction(CRecordChannel& camera, CSettings& settings, CSystem& system,
                    const std::string& command, const ActionOptions& options) {
     const std::string name = normalisedKey(command);
@@ -42,25 +69,30 @@ void executeAction(CRecordChannel& camera, CSettings& settings, CSystem& system,
         throw settings.unknownCommand(command);
     }
     const auto automatic = settings.activeAutomatic(name);
-    if (options.manual && automatic) {
+    const bool isSwitchedOff = options.manual && automatic;
+    if (isSwitchedOff) {
         camera.setValue(*automatic, "false");
     }
-    system.guardDialogs(!options.dialogs && name != propertyPage);
-    const Reply reply = camera.execute(command);
-    system.guardDialogs(!options.dialogs);
-    if (reply.done()) {
-        return;
+    try {
+        const Reply reply = executeGuarded(camera, system, command, options);
+        if (reply.done()) {
+            return;
+        }
+        if (automatic && !options.manual) {
+            throw Failure{.code = "auto_on",
+                          .message = name + ": refused, automatic is on",
+                          .adapterMessage = reply.message,
+                          .hint = options.hintPrefix + " exec --manual \"" + name + "\""};
+        }
+        throw Failure{.code = "refused",
+                      .message = name + ": " + reply.message,
+                      .adapterMessage = reply.message};
+    } catch (const Failure&) {
+        if (isSwitchedOff) {
+            switchOnAgain(camera, *automatic);
+        }
+        throw;
     }
-    if (options.manual && automatic) {
-        camera.setValue(*automatic, "true");
-    } else if (automatic) {
-        throw Failure{.code = "auto_on",
-                      .message = name + ": refused, automatic is on",
-                      .adapterMessage = reply.message,
-                      .hint = options.hintPrefix + " exec --manual \"" + name + "\""};
-    }
-    throw Failure{
-        .code = "refused", .message = name + ": " + reply.message, .adapterMessage = reply.message};
 }
 
 }  // namespace camhost

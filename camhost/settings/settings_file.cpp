@@ -55,10 +55,12 @@ SettingsFile parseSettingsFile(const std::string& text, const std::string& fileN
         throw badFile(fileName, "it holds no settings");
     }
     for (const auto& [key, value] : settings->members()) {
-        if (!value.text()) {
+        const std::optional<std::string> saved = value.text();
+        // A zero in it would be its end to the adapter.
+        if (!saved || (key + *saved).find('\0') != key.npos) {
             throw badFile(fileName, "\"" + key + "\" is not a text");
         }
-        file.settings.emplace_back(key, *value.text());
+        file.settings.emplace_back(key, *saved);
     }
     return file;
 }

@@ -45,7 +45,8 @@ std::string CJsonBody::text(const char* name, const char* absent) const {
         return absent;
     }
     const std::optional<std::string> text = member->text();
-    if (!text) {
+    // To the adapter a zero is the end, and what is checked would be more than what is set.
+    if (!text || text->find('\0') != text->npos) {
         throw wrong("\"" + std::string(name) + "\" is no text");
     }
     return *text;

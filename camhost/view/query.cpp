@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "camhost/view/query.h"
 
-#include <charconv>
-#include <system_error>
-
 #include "camhost/base/failure.h"
 #include "camhost/base/number_texts.h"
 
@@ -39,10 +36,8 @@ std::optional<std::uint64_t> CQuery::number(std::string_view name) const {
     if (!text) {
         return std::nullopt;
     }
-    std::uint64_t value = 0;
-    const char* end = text->data() + text->size();
-    const auto [stop, error] = std::from_chars(text->data(), end, value);
-    if (text->empty() || error != std::errc() || stop != end || value > largestNumber) {
+    const auto value = wholeCount(*text);
+    if (!value || *value > largestNumber) {
         throw outOfRange(name, "a whole number within 0 and " + std::to_string(largestNumber));
     }
     return value;

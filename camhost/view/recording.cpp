@@ -5,6 +5,8 @@
 #include <thread>
 #include <utility>
 
+#include "camhost/base/checksum.h"
+
 namespace camhost {
 
 namespace {
@@ -56,7 +58,7 @@ void CRecording::add(const ViewFrame& frame) {
 }
 
 void CRecording::store(const Picture& picture, std::span<const std::uint8_t> bytes) {
-    ZipEntry entry{picture.name, zipChecksum(bytes),
+    ZipEntry entry{picture.name, crc32(bytes),
                    std::make_shared<const std::vector<std::uint8_t>>(bytes.begin(), bytes.end())};
     {
         const std::lock_guard lock(m_mutex);

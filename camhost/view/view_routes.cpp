@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
 #include <limits>
 #include <utility>
 
@@ -64,6 +65,23 @@ HttpResponse notAllowed(const std::string& allowed) {
 
 SettingsFile sentFile(const std::string& body) {
     return parseSettingsFile(body, "the body");
+}
+
+// On the worker's thread, to which nothing may be thrown.
+HttpResponse pictureResponse(const ViewFrame& frame, const PictureChoice& choice) {
+    try {
+        const Picture picture = pictureOf(frame, choice);
+        HttpResponse response{.type = "image/png"};
+        auto bytes = std::make_shared<const std::vector<std::uint8_t>>(encoded(picture));
+        response.body = {{bytes, *bytes}};
+        response.headers.emplace_back("Content-Disposition",
+                                      "attachment; filename=\"" + picture.name + "\"");
+        return response;
+    } catch (const Failure& failure) {
+        return failureResponse(500, failure);
+    } catch (const std::exception& error) {
+        return failureResponse(500, {.code = "internal", .message = error.what()});
+    }
 }
 
 }  // namespace
@@ -224,13 +242,7 @@ HttpAnswer CViewRoutes::framePng(const HttpRequest&, const CQuery& query) const 
     }
     auto slot = std::make_shared<CAnswerSlot>();
     const bool taken = m_worker.add([slot, frame, choice, &model = m_model] {
-        const Picture picture = pictureOf(*frame, choice);
-        HttpResponse response{.type = "image/png"};
-        auto bytes = std::make_shared<const std::vector<std::uint8_t>>(encoded(picture));
-        response.body = {{bytes, *bytes}};
-        response.headers.emplace_back("Content-Disposition",
-                                      "attachment; filename=\"" + picture.name + "\"");
-        slot->set(std::move(response));
+        slot->set(pictureResponse(*frame, choice));
         model.wake();
     });
     if (!taken) {

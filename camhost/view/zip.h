@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -13,11 +12,9 @@ namespace camhost {
 
 struct ZipEntry {
     std::string name;
-    std::uint32_t checksum = 0;
+    std::uint32_t checksum = 0;  // crc32() of the bytes
     std::shared_ptr<const std::vector<std::uint8_t>> bytes;
 };
-
-std::uint32_t zipChecksum(std::span<const std::uint8_t> bytes);
 
 // What stands before an entry's bytes, and what stands behind the last entry. All together
 // must be less than 4 GiB, in less than 65536 entries.

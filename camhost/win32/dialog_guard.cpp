@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "camhost/base/texts.h"
 #include "camhost/win32/wide_text.h"
 
 namespace camhost {
@@ -101,7 +102,8 @@ void CDialogGuard::dismiss(HWND window) {
         }
         m_unread = 0;
         const Dialog dialog{toUtf8(caption.value_or(L"")), toUtf8(text.value_or(L""))};
-        std::fprintf(stderr, "dialog: \"%s\": %s\n", dialog.caption.c_str(), dialog.text.c_str());
+        std::fprintf(stderr, "dialog: \"%s\": %s\n", printable(dialog.caption).c_str(),
+                     printable(dialog.text).c_str());
         std::fflush(stderr);
         m_dismissed.push_back(window);
         const std::lock_guard lock(m_mutex);

@@ -34,6 +34,11 @@ BOOL WINAPI onConsoleSignal(DWORD signal) {
         return FALSE;
     }
     SetEvent(ctrlCEvent);
+    // With its console gone the program ends as soon as this returns, so it does not: main
+    // has the seconds that the system grants to stop the video.
+    if (signal == CTRL_CLOSE_EVENT) {
+        Sleep(INFINITE);
+    }
     return TRUE;
 }
 
@@ -47,6 +52,9 @@ double secondsOf(const FILETIME& time) {
 }  // namespace
 
 CWindowsSystem::CWindowsSystem() {
+    // A library that lacks a function is a failed load, and no box of the system's that waits
+    // for somebody.
+    SetErrorMode(SEM_FAILCRITICALERRORS);
     ctrlCEvent = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     SetConsoleCtrlHandler(onConsoleSignal, TRUE);
 }

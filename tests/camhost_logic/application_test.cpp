@@ -35,6 +35,20 @@ TEST_F(Application, ListShowsOneLinePerCamera) {
     EXPECT_EQ(outcome.err, "");
 }
 
+TEST_F(Application, ACameraWhosePictureThrowsHidesNoOtherInTheList) {
+    addColourCamera();
+    camera().imageThrows = true;
+    const Outcome outcome = camhost({"list"});
+    EXPECT_EQ(outcome.exit, 0);
+    EXPECT_EQ(outcome.out,
+              "#  serial  name          max size  state\n"
+              "0  1A2B    SIM Mono 23   4x2       failing\n"
+              "1  77C01   SIM Colour 5  4x2       ready\n");
+    EXPECT_EQ(outcome.err,
+              "warning: 1A2B: GetImageInfo: the camera's library failed with result code "
+              "0x80004005\n");
+}
+
 TEST_F(Application, ListWithoutCamerasIsDoneAndSaysSo) {
     m_system.cameras.clear();
     const Outcome outcome = camhost({"list"});
@@ -61,6 +75,25 @@ TEST_F(Application, ChannelsAreClosedAtTheEndAlsoAfterAFailure) {
     EXPECT_THAT(camera().log, ElementsAre("close"));
     EXPECT_EQ(camhost({"-c", "nobody", "info"}).exit, 3);
     EXPECT_THAT(m_system.cameras[1].log, ElementsAre("close", "close"));
+}
+
+TEST_F(Application, ChannelsThatAreOpenAreClosedWhenALaterOneThrows) {
+    addColourCamera();
+    m_system.cameras[1].openThrows = true;
+    const Outcome outcome = camhost({"list"});
+    EXPECT_EQ(outcome.exit, 1);
+    EXPECT_EQ(outcome.err,
+              "error: GetVideoChannel: the camera's library failed with result code 0x80004005\n");
+    EXPECT_THAT(camera().log, ElementsAre("close"));
+}
+
+TEST_F(Application, AllChannelsAreClosedThoughSomeThrow) {
+    addColourCamera();
+    addColourCamera();
+    m_system.cameras[1].closeThrows = true;
+    m_system.cameras[2].closeThrows = true;
+    EXPECT_EQ(camhost({"list"}).exit, 1);
+    EXPECT_THAT(camera().log, ElementsAre("close"));
 }
 
 TEST_F(Application, CamerasAreChosenBySerialNamePartOrIndex) {
@@ -282,6 +315,16 @@ TEST_F(Application, GetOfALibraryThatFailsNamesTheCode) {
     EXPECT_THAT(outcome.err, HasSubstr("result code 0x80004005"));
 }
 
+TEST_F(Application, WhatIsThrownAndIsNoCodeAndNoTextIsAFailureToo) {
+    camera().throwingOther.insert("gain value range");
+    const Outcome outcome = camhost({"--json", "get", "gain value range", "framerate"});
+    EXPECT_EQ(outcome.exit, 1);
+    EXPECT_EQ(outcome.err,
+              "error: gain value range: GetPropertyValue: the adapter threw what is no code and no "
+              "text\n");
+    EXPECT_THAT(outcome.out, HasSubstr("\"key\":\"framerate\""));
+}
+
 TEST_F(Application, ATextBufferWrittenPastItsEndIsAnInternalError) {
     camera().textOverrun = 1;
     const Outcome outcome = camhost({"--json", "get", "framerate"});
@@ -366,6 +409,20 @@ TEST_F(Application, ThePropertyPageIsNotClosedByTheDialogGuard) {
     m_system.guarded.clear();
     camhost({"exec", "exposure one push"});
     EXPECT_THAT(m_system.guarded, ElementsAre(true, true, true, false));
+}
+
+TEST_F(Application, APropertyPageThatThrowsLeavesTheDialogGuardOn) {
+    camera().throwingOther.insert("propertydialog");
+    EXPECT_EQ(camhost({"exec", "propertydialog"}).exit, 1);
+    EXPECT_THAT(m_system.guarded, ElementsAre(true, false, true, false));
+}
+
+TEST_F(Application, WhatWasDoneBeforeAnActionIsRefusedIsInTheJson) {
+    const Outcome outcome = camhost({"--json", "exec", "propertydialog", "zoom"});
+    EXPECT_EQ(outcome.exit, 1);
+    EXPECT_THAT(outcome.out,
+                HasSubstr("\"result\":[{\"command\":\"propertydialog\",\"changes\":[]}],"
+                          "\"error\":{\"code\":\"unknown_command\""));
 }
 
 TEST_F(Application, ADialogMakesAGoodResultNotFound) {

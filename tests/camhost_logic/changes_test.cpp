@@ -234,6 +234,12 @@ TEST_F(Changes, ExecManualSwitchesTheAutomaticOffFirst) {
     EXPECT_EQ(camera().values["exposure auto switch"], "true");
 }
 
+TEST_F(Changes, AnActionThatThrowsLeavesItsAutomaticOn) {
+    camera().throwingOther.insert("exposure one push");
+    EXPECT_EQ(camhost({"exec", "--manual", "exposure one push"}).exit, 1);
+    EXPECT_EQ(camera().values["exposure auto switch"], "true");
+}
+
 TEST_F(Changes, ParamsTakeFractions) {
     const Outcome outcome = camhost({"params", "brightness=2"});
     EXPECT_EQ(outcome.exit, 2);

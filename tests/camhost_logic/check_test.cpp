@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <string_view>
 
+#include "camhost/check/check_forms.h"
 #include "tests/camhost_logic/camhost_fixture.h"
 #include "tests/camhost_logic/checked_adapter.h"
 
@@ -55,6 +57,7 @@ const Row rows[] = {
     {Wrong::FractionAboveOne, "Record: the first readings are in their ranges, or -1"},
     {Wrong::OtherContextWhenAskedAgain, "Record: asked again, the context is the same"},
     {Wrong::RecordWrittenBehindTheLast, "Record: behind the last camera the record is left alone"},
+    {Wrong::NegativeWidth, "Image description: the size is not empty"},
     {Wrong::LineWidthInBytes, "Image description: the line width is the width in pixels"},
     {Wrong::HostsOwnWritten, "Image description: the host's own field stays unwritten"},
     {Wrong::StopBeforeTheStartRefused, "Before the start: StopAcquisition"},
@@ -196,6 +199,18 @@ TEST(Check, AsJunitFailuresAndWhatWasNotTriedAreTold) {
     check(again, {"--junit", folder.file("check.xml"), "--only", "contexts"});
     EXPECT_THAT(folder.content("check.xml"),
                 HasSubstr("      <skipped message=\"there is one camera only\"/>\n"));
+}
+
+// U+FFFE and U+FFFF, which no XML holds.
+TEST(Check, ForeignTextsLeaveAJunitFileReadable) {
+    const std::vector<Finding> findings{{.group = "G",
+                                         .name = "n",
+                                         .outcome = camhost::Outcome::Fails,
+                                         .reasons = {"\"a\xEF\xBF\xBE"
+                                                     "b\xEF\xBF\xBF"
+                                                     "c\xFF\x1B<"}}};
+    EXPECT_THAT(junitText("a.dll", findings),
+                HasSubstr("<failure message=\"&quot;a b c\xEF\xBF\xBD &lt;\"/>"));
 }
 
 TEST(Check, ACameraIsChosenAsEverywhere) {

@@ -59,6 +59,9 @@ std::int32_t imageInfo(char*, void* context, ImageInfo* image, std::uint32_t* st
     const bool wrongCode = is(Wrong::PixelCode) && pixelCode(*camera) == HOST_PIXEL_RAW8;
     *image = {own,   width,  height, line, wrongCode ? 0 : pixelCode(*camera), 0, 0,
               width, height, 0,      0};
+    if (is(Wrong::NegativeWidth)) {
+        image->width = image->lineWidth = image->regionWidth = -width;
+    }
     *status = HOST_STATUS_DONE;
     return 0;
 }
@@ -158,7 +161,7 @@ void fillFrameEntries(VideoChannelRecord& record) {
 }
 
 void fillRecord(VideoChannelRecord& record, CheckedCamera& camera, bool again) {
-    record.size = is(Wrong::RecordSize) ? sizeof record : 632;
+    record.size = is(Wrong::RecordSize) ? std::uint32_t{sizeof record} : 632;
     if (is(Wrong::GapWritten)) {
         record.gap632 = 0;
     }

@@ -21,6 +21,7 @@ enum class Wrong {
     OtherContextWhenAskedAgain,
     RecordWrittenBehindTheLast,
     LineWidthInBytes,
+    NegativeWidth,
     HostsOwnWritten,
     StopBeforeTheStartRefused,
     WaitBeforeTheStartIsLoss,

@@ -87,6 +87,18 @@ TEST(CommandLine, GrabOptionsAreRead) {
     EXPECT_EQ(grab.first.pixelFormat, "raw8");
 }
 
+TEST(CommandLine, CountsAreDecimalHoweverTheyBegin) {
+    GrabOptions grab;
+    Commands commands;
+    commands.push_back(std::make_unique<CGrabLine>(grab));
+    const CommandLine line =
+        readCommandLine({"grab", "-n", "010", "--skip", "+08", "--timeout", "010"}, commands);
+    EXPECT_EQ(line.outcome, CommandLineOutcome::Run) << line.text;
+    EXPECT_EQ(grab.frames, 10U);
+    EXPECT_EQ(grab.skip, 8U);
+    EXPECT_EQ(grab.timeout, 10.0);
+}
+
 struct Wrong {
     std::vector<std::string> arguments;
     const char* text;
@@ -101,6 +113,10 @@ TEST(CommandLine, MistakesAreNamedWithTheHelpThatFits) {
         {{"set"}, "KEY=VALUE is required", "camhost set --help"},
         {{"list", "more"}, "more", "camhost list --help"},
         {{"grab", "-n", "0"}, "takes a number above 0, not 0", "camhost grab --help"},
+        {{"grab", "--skip", "-1"}, "takes a whole number, not -1", "camhost grab --help"},
+        {{"grab", "-n", "1.5"}, "takes a whole number, not 1.5", "camhost grab --help"},
+        {{"grab", "-n", "99999999999999999999"}, "takes a whole number", "camhost grab --help"},
+        {{"view", "--port", "0x50"}, "takes a whole number, not 0x50", "camhost view --help"},
         {{"grab", "--format", "jpeg"}, "jpeg", "camhost grab --help"},
         {{"--clock", "slow", "list"}, "slow", "camhost list --help"},
     };

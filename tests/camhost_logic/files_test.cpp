@@ -4,7 +4,9 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
+#include <string_view>
 
 #include "camhost/base/failure.h"
 #include "tests/camhost_logic/camhost_fixture.h"
@@ -74,6 +76,16 @@ TEST_F(Files, AreReadUpToTheirLimit) {
     } catch (const Failure& failure) {
         EXPECT_EQ(failure.exit, ExitCode::Usage);
         EXPECT_THAT(failure.message, HasSubstr("is larger than 1048576 bytes"));
+    }
+}
+
+TEST_F(Files, AFolderIsNoFileToRead) {
+    try {
+        readTextFile(m_folder.path().string());
+        FAIL() << "read";
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.exit, ExitCode::Usage);
+        EXPECT_THAT(failure.message, HasSubstr("can not read \""));
     }
 }
 

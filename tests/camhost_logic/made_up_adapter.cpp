@@ -12,6 +12,8 @@ namespace camhost::test {
 
 namespace {
 
+constexpr auto failingCode = static_cast<std::int32_t>(0x80004005);
+
 // The entry points are plain functions; they find their data here.
 CMadeUpSystem* current = nullptr;
 
@@ -62,7 +64,10 @@ std::int32_t getValue(char* message, void* context, const char* key, char* value
     MadeUpCamera& camera = cameraOf(context);
     const std::string name = normal(key);
     if (camera.throwingCode.contains(name)) {
-        throw static_cast<std::int32_t>(0x80004005);
+        throw failingCode;
+    }
+    if (camera.throwingOther.contains(name)) {
+        throw name;
     }
     if (camera.textOverrun > 0) {
         std::memset(value, 'x', HOST_TEXT_BYTES + camera.textOverrun);
@@ -122,6 +127,9 @@ std::int32_t getChoice(char*, void* context, const char* key, std::int32_t index
 std::int32_t execute(char* message, void* context, const char* command) {
     MadeUpCamera& camera = cameraOf(context);
     camera.log.push_back("execute " + normal(command));
+    if (camera.throwingOther.contains(normal(command))) {
+        throw normal(command);
+    }
     const auto refusal = camera.refusals.find(normal(command));
     if (refusal != camera.refusals.end()) {
         copyText(message, refusal->second);
@@ -148,6 +156,9 @@ std::int32_t setParameters(char*, void* context, const CameraParameterBlock* blo
 
 std::int32_t imageInfo(char* message, void* context, ImageInfo* image, std::uint32_t* status) {
     const MadeUpCamera& camera = cameraOf(context);
+    if (camera.imageThrows) {
+        throw failingCode;
+    }
     if (camera.missing) {
         copyText(message, "No valid video capture device selected.");
         *status = HOST_STATUS_NO_DEVICE;
@@ -211,6 +222,9 @@ std::int32_t copyFrame(char*, void* context, void* destination, std::uint32_t* s
 
 std::int32_t closeChannel(char*, void* context) {
     cameraOf(context).log.emplace_back("close");
+    if (cameraOf(context).closeThrows) {
+        throw failingCode;
+    }
     return 0;
 }
 
@@ -219,6 +233,9 @@ std::int32_t getVideoChannel(void*, std::int32_t index, VideoChannelRecord* reco
         return 1;
     }
     MadeUpCamera& camera = current->cameras[static_cast<std::size_t>(index)];
+    if (camera.openThrows) {
+        throw failingCode;
+    }
     *record = {};
     record->size = 632;
     record->context = &camera;

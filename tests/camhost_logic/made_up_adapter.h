@@ -40,7 +40,11 @@ struct MadeUpCamera {
     std::map<std::string, std::string> refusals;  // key or command to message
     std::map<std::string, std::string> readBack;  // key to what a set leaves instead
     std::map<std::string, std::pair<std::string, std::string>> effects;  // of commands
-    std::set<std::string> throwingCode;  // keys whose read throws 0x80004005
+    std::set<std::string> throwingCode;   // keys whose read throws 0x80004005
+    std::set<std::string> throwingOther;  // and those, and commands, that throw no code or text
+    bool openThrows = false;              // a code
+    bool closeThrows = false;             // a code
+    bool imageThrows = false;             // a code
     bool missing = false;
     bool noLists = false;  // not even an end of the numbered lists
     bool startRefused = false;

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "camhost/base/failure.h"
 #include "camhost/pictures/bayer.h"
 #include "camhost/pictures/frame_buffer.h"
 #include "camhost/pictures/frame_image.h"
@@ -135,6 +136,12 @@ TEST(PngText, ChecksumIsTheOneOfTheFormat) {
     const Bytes chunk(png.begin() + 33, png.begin() + 33 + 19);
     EXPECT_THAT(chunk, ElementsAre(0, 0, 0, 7, 't', 'E', 'X', 't', 'T', 'i', 't', 'l', 'e', 0, 'x',
                                    0x29, 0x7E, 0x4D, 0x3A));
+}
+
+// Of so many bytes that the library's own counts would run over.
+TEST(PngText, APictureThatIsTooLargeIsRefusedUnread) {
+    EXPECT_THROW(encodePng({65536, 65536, 1, {0}}), Failure);
+    EXPECT_THROW(encodePng({1048576, 1048576, 3, {0}}), Failure);
 }
 
 TEST(PngText, DamagedFilesAreLeftAlone) {

@@ -43,6 +43,8 @@ TEST(SettingsFile, OtherFilesAreRefusedWithTheReason) {
               "\"x.json\" is no settings file: it holds no settings");
     EXPECT_EQ(reasonFor(R"({"schema":"camhost-settings/1","settings":{"a":1}})"),
               "\"x.json\" is no settings file: \"a\" is not a text");
+    EXPECT_EQ(reasonFor(R"({"schema":"camhost-settings/1","settings":{"a":"1\u0000"}})"),
+              "\"x.json\" is no settings file: \"a\" is not a text");
 }
 
 TEST(SettingsFile, LoadingStartsWithTheFormatAndEndsWithAutomatics) {

@@ -127,7 +127,8 @@ TEST_F(ViewRoutes, BodiesMustBeJson) {
     for (const char* body :
          {"", "[]", "{", "7", R"({"key":"framerate"})", R"({"key":1,"text":"15"})",
           R"({"key":"x","text":"1","manual":1})", R"({"key":"x","text":"1","camera":-1})",
-          R"({"key":"x","text":"1","camera":1.5})"}) {
+          R"({"key":"x","text":"1","camera":1.5})", R"({"key":"x\u0000","text":"1"})",
+          R"({"key":"x","text":"1\u0000"})"}) {
         EXPECT_EQ(statusOf("PUT", "api/settings", body), 400) << body;
     }
     EXPECT_FALSE(m_jobs.next()) << "none of them reached the camera";

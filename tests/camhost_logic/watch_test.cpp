@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include "camhost/application/application.h"
 #include "tests/camhost_logic/camhost_fixture.h"
 
 namespace camhost::test {
@@ -167,6 +170,17 @@ TEST_F(Watch, CtrlCIsItsCommonEnd) {
     const Outcome json = watch({"--json"});
     EXPECT_THAT(json.out, Not(HasSubstr("\"error\"")));
     EXPECT_THAT(json.out, HasSubstr("\"exit\":130}\n"));
+}
+
+TEST_F(Watch, EndsWhenNobodyReadsWhatItTells) {
+    std::ostringstream out;
+    std::ostringstream err;
+    out.setstate(std::ios::badbit);
+    const double before = m_system.time;
+    EXPECT_EQ(runApplication({"watch", "-t", "1000"}, m_system, out, err), 1);
+    EXPECT_LT(m_system.time, before + 1.0);
+    EXPECT_THAT(err.str(), HasSubstr("error: can not write to the output\n"));
+    EXPECT_THAT(camera().log, ElementsAre("start", "stop", "close"));
 }
 
 TEST_F(Watch, NoFrameAtAllIsFour) {
