@@ -210,7 +210,7 @@ Steps copyIntoNothing(Variant variant) {
     // A frame on its way is the next wait's, and still due.
     steps.push_back(wordStep("CopyFrame into nothing clears the ready flag", [](State& state) {
         state.word = afterClearReady(state.word);
-        state.frameDue = state.deliveryOwns != 0 ? state.frameDue : 0;
+        state.frameDue = state.deliveryOwns != 0 ? state.frameDue : no;
     }));
     return steps;
 }
