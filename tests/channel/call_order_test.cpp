@@ -89,9 +89,7 @@ TEST_F(CallOrder, OfAStopTakesNoFrameAnyMoreBeforeItForgetsTheSignal) {
 
 TEST_F(CallOrder, OfARestoreIsLiveBeforeItTellsAndStopsComBeforeItWaits) {
     openLive(rigs::grey(rigs::trigger));
-    CameraParameterBlock block{};
-    block.triggerEnable = 1;
-    EXPECT_EQ(parameters(block), accepted());
+    EXPECT_EQ(parameters(triggerOn()), accepted());
     lose();
     EXPECT_THAT(callsOf([this] { EXPECT_EQ(waitInVain(), noFrame()); }),
                 ElementsAre("Grabber::isDevValid", "Device lost!\n", "CoInitializeEx",
@@ -103,9 +101,7 @@ TEST_F(CallOrder, OfARestoreIsLiveBeforeItTellsAndStopsComBeforeItWaits) {
 
 TEST_F(CallOrder, OfARestoreWhoseTriggerFailsIsTheSameUpToTheWait) {
     openLive(rigs::grey(rigs::trigger));
-    CameraParameterBlock block{};
-    block.triggerEnable = 1;
-    EXPECT_EQ(parameters(block), accepted());
+    EXPECT_EQ(parameters(triggerOn()), accepted());
     lose();
     failCall("IVCDSwitchProperty::setSwitch");
     EXPECT_THAT(callsOf([this] { EXPECT_EQ(thrownCode([this] { wait(); }), accessDenied); }),

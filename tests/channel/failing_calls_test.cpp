@@ -14,11 +14,6 @@ class FailingCalls : public CGreyCamera {
 protected:
     // The library's own exception, at one call.
     static void breakCall(const char* operation) { throwFromCall(operation, "broken"); }
-    static CameraParameterBlock triggerOn() {
-        CameraParameterBlock block{};
-        block.triggerEnable = 1;
-        return block;
-    }
     // Live, with one frame handed over.
     void openWithFrame() {
         openLive();

@@ -101,9 +101,7 @@ TEST_F(Stop, KeepsAPendingFrameWhenLiveVideoHasEndedOtherwise) {
     ASSERT_EQ(waitForDelivery(), done());
     // A change of trigger mode stops live video; this one does not start again.
     refuseCall("Grabber::startLive");
-    CameraParameterBlock block{};
-    block.triggerEnable = 1;
-    EXPECT_EQ(parameters(block), accepted());
+    EXPECT_EQ(parameters(triggerOn()), accepted());
     recordAll();
     EXPECT_EQ(stop(), accepted());
     EXPECT_THAT(library_log::lines(),

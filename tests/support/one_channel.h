@@ -127,3 +127,10 @@ private:
 };
 
 using CGreyCamera = CWithGreyCamera<COneChannel>;
+
+// A block that asks for the trigger, and for nothing else.
+inline CameraParameterBlock triggerOn() {
+    CameraParameterBlock block{};
+    block.triggerEnable = 1;
+    return block;
+}
