@@ -15,3 +15,25 @@ function(velmora_sources result)
     endif()
     set(${result} ${found} PARENT_SCOPE)
 endfunction()
+
+# Compiles the target's sources eight at a time, which halves the time of a build from
+# nothing; a build after a change of one source takes longer by it. Only sources of one
+# folder come together, so that two folders may use a name in their unnamed namespaces.
+# Not for a library of which a program links the objects that it needs.
+function(velmora_compile_together target)
+    if(NOT VELMORA_COMPILE_TOGETHER)
+        return()
+    endif()
+    set(at_a_time 8)
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources INCLUDE REGEX "\\.cpp$")
+    foreach(source IN LISTS sources)
+        cmake_path(GET source PARENT_PATH folder)
+        string(MAKE_C_IDENTIFIER "${folder}" folder)
+        list(APPEND in_${folder} ${source})
+        list(LENGTH in_${folder} count)
+        math(EXPR part "(${count} - 1) / ${at_a_time}")
+        set_source_files_properties(${source} PROPERTIES UNITY_GROUP "${folder}_${part}")
+    endforeach()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+endfunction()

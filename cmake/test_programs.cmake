@@ -4,7 +4,8 @@
 cmake_path(GET PROJECT_BINARY_DIR FILENAME VELMORA_BUILD_NAME)
 
 # velmora_add_tests(NAME FOLDERS f... [LIBRARIES l...] [WHOLE_PROGRAM] [DESKTOP])
-#   WHOLE_PROGRAM  under Wine CTest runs the program once, not once per test
+#   WHOLE_PROGRAM  where a process starts slowly, under Wine and with a sanitizer, CTest runs
+#                  the program once, not once per test
 #   DESKTOP        the tests look at the screen: one at a time
 # Helpers for several layers lie in tests/support. An empty folder makes no program.
 function(velmora_add_tests name)
@@ -27,6 +28,7 @@ function(velmora_add_tests name)
     target_use_warnings(${name})
     target_use_windows_binary(${name})
     target_use_test_code(${name})
+    velmora_compile_together(${name})
     target_precompile_headers(${name} REUSE_FROM test_headers)
     set_property(GLOBAL APPEND PROPERTY VELMORA_TEST_SOURCES ${sources})
 
@@ -35,7 +37,7 @@ function(velmora_add_tests name)
     if(arg_DESKTOP)
         list(APPEND properties RESOURCE_LOCK desktop)
     endif()
-    if(WIN32 AND arg_WHOLE_PROGRAM)
+    if(arg_WHOLE_PROGRAM AND (WIN32 OR VELMORA_SANITIZE))
         add_test(NAME ${VELMORA_BUILD_NAME}/${name} COMMAND ${name})
         set_tests_properties(${VELMORA_BUILD_NAME}/${name} PROPERTIES ${properties} TIMEOUT 900)
     else()
@@ -63,6 +65,7 @@ if(support_sources)
     endif()
     target_use_warnings(test_support)
     target_use_test_code(test_support)
+    velmora_compile_together(test_support)
     set_property(GLOBAL APPEND PROPERTY VELMORA_TEST_SOURCES ${support_sources})
 else()
     add_library(test_support INTERFACE)

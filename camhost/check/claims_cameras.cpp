@@ -62,7 +62,7 @@ void settingsAreTheirOwn(CCheck& check) {
     check.expect(after == before, "the other's pixelformat is " + after.value_or("not there"));
 }
 
-constexpr Claim claims[] = {
+constexpr Claim cameraTable[] = {
     {"the contexts differ", contextsDiffer},
     {"the serial texts differ", serialsDiffer},
     {"both are live at once", bothDeliver},
@@ -78,7 +78,7 @@ void leave(CCheck& check) {
 }  // namespace
 
 ClaimGroup cameraClaims() {
-    return {"Two cameras", claims, [](CCheck& check) { check.runFree(); }, leave};
+    return {"Two cameras", cameraTable, [](CCheck& check) { check.runFree(); }, leave};
 }
 
 }  // namespace camhost

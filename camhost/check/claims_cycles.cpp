@@ -54,7 +54,7 @@ void readRound(CCheck& check) {
     check.host().get("no such setting");
 }
 
-constexpr Claim claims[] = {
+constexpr Claim cycleTable[] = {
     {"eight starts and stops, with a frame each", startsAgainAndAgain},
     {"starts and stops leave no handles",
      [](CCheck& check) { leavesNone<&ProcessResources::handles>(check, oneRound); }},
@@ -67,7 +67,7 @@ constexpr Claim claims[] = {
 }  // namespace
 
 ClaimGroup cycleClaims() {
-    return {"Starts and stops", claims, [](CCheck& check) { check.runFree(); }, leaveStopped};
+    return {"Starts and stops", cycleTable, [](CCheck& check) { check.runFree(); }, leaveStopped};
 }
 
 }  // namespace camhost

@@ -63,24 +63,24 @@ void hostsOwnStays(CCheck& check) {
     }
 }
 
-void nothingIsWrittenBehind(CCheck& check) {
+void nothingIsWrittenAroundTheDescription(CCheck& check) {
     check.expect(describe(check).memory.isIntact(), "bytes outside of the 44 were written");
 }
 
-constexpr Claim claims[] = {
+constexpr Claim imageTable[] = {
     {"the size is not empty", sizeIsPositive},
     {"the line width is the width in pixels", lineWidthIsInPixels},
     {"the pixel type is 0, 4 or 7", pixelTypeIsKnown},
     {"the region is the whole picture", regionIsThePicture},
     {"the reserved fields are 0", reservedIsZero},
     {"the host's own field stays unwritten", hostsOwnStays},
-    {"nothing is written before or behind it", nothingIsWrittenBehind},
+    {"nothing is written before or behind it", nothingIsWrittenAroundTheDescription},
 };
 
 }  // namespace
 
 ClaimGroup imageClaims() {
-    return {"Image description", claims};
+    return {"Image description", imageTable};
 }
 
 }  // namespace camhost

@@ -24,7 +24,7 @@ struct Asked {
     }
 };
 
-constexpr std::uint8_t otherFill = 0xC3;
+constexpr std::uint8_t otherRecordFill = 0xC3;
 
 Asked askFor(CCheck& check, std::size_t index, std::uint8_t fill = CGuardedBytes::usualFill,
              void* ignored = nullptr) {
@@ -50,7 +50,7 @@ void gapsStay(CCheck& check) {
     constexpr std::size_t gaps[] = {
         offsetof(VideoChannelRecord, gap4), offsetof(VideoChannelRecord, gap4) + 3,
         offsetof(VideoChannelRecord, gap632), offsetof(VideoChannelRecord, gap632) + 7};
-    for (const std::uint8_t fill : {CGuardedBytes::usualFill, otherFill}) {
+    for (const std::uint8_t fill : {CGuardedBytes::usualFill, otherRecordFill}) {
         const Asked asked = askFor(check, check.place(), fill);
         for (const std::size_t offset : gaps) {
             check.expect(!asked.memory.isWrittenAt(offset),
@@ -59,8 +59,8 @@ void gapsStay(CCheck& check) {
     }
 }
 
-void nothingIsWrittenBehind(CCheck& check) {
-    for (const std::uint8_t fill : {CGuardedBytes::usualFill, otherFill}) {
+void nothingIsWrittenAroundTheRecord(CCheck& check) {
+    for (const std::uint8_t fill : {CGuardedBytes::usualFill, otherRecordFill}) {
         check.expect(askFor(check, check.place(), fill).memory.isIntact(),
                      "bytes before the record or behind its 680 were written");
     }
@@ -157,10 +157,10 @@ void recordBehindTheLastStays(CCheck& check) {
     check.expect(askFor(check, check.all().size()).memory.isUntouched(), "it was written");
 }
 
-constexpr Claim claims[] = {
+constexpr Claim recordTable[] = {
     {"the size is 632", sizeIsWritten},
     {"the two gaps stay unwritten", gapsStay},
-    {"nothing is written before or behind it", nothingIsWrittenBehind},
+    {"nothing is written before or behind it", nothingIsWrittenAroundTheRecord},
     {"the context is not null", contextIsThere},
     {"every entry point is there", entriesAreThere},
     {"the name has at most 253 bytes", nameEndsInTime},
@@ -176,7 +176,7 @@ constexpr Claim claims[] = {
 }  // namespace
 
 ClaimGroup recordClaims() {
-    return {"Record", claims};
+    return {"Record", recordTable};
 }
 
 }  // namespace camhost

@@ -14,7 +14,7 @@ void neverHappened(CCheck& check) {
     }
 }
 
-constexpr Claim claims[] = {
+constexpr Claim textTable[] = {
     {"messages keep to 256 bytes", neverHappened<Breach::Message>},
     {"values keep to 256 bytes", neverHappened<Breach::Value>},
     {"names keep to 256 bytes", neverHappened<Breach::Name>},
@@ -48,7 +48,7 @@ void readAll(CCheck& check) {
 }  // namespace
 
 ClaimGroup textClaims() {
-    return {"All calls", claims, readAll};
+    return {"All calls", textTable, readAll};
 }
 
 }  // namespace camhost

@@ -11,11 +11,11 @@ namespace camhost {
 
 namespace {
 
-constexpr std::uint32_t unwritten = 0xA5A5A5A5U;
+constexpr std::uint32_t unwrittenNumber = 0xA5A5A5A5U;
 constexpr const char* replacement = "\xEF\xBF\xBD";
 
 std::optional<std::uint32_t> wordOf(std::uint32_t word) {
-    return word == unwritten ? std::nullopt : std::optional(word);
+    return word == unwrittenNumber ? std::nullopt : std::optional(word);
 }
 
 // A text that may have been cut ends anywhere, so only the others are judged.
@@ -124,21 +124,21 @@ Answer CHostCalls::setParameters(const CameraParameterBlock& block) {
 }
 
 Answer CHostCalls::imageInfo(ImageInfo& image) {
-    std::uint32_t status = unwritten;
+    std::uint32_t status = unwrittenNumber;
     Answer answer = call("GetImageInfo", "", m_record.GetImageInfo, &image, &status);
     answer.word = wordOf(status);
     return answer;
 }
 
 Answer CHostCalls::waitFrame() {
-    std::uint32_t status = unwritten;
+    std::uint32_t status = unwrittenNumber;
     Answer answer = call("WaitFrame", "", m_record.WaitFrame, &status);
     answer.word = wordOf(status);
     return answer;
 }
 
 Answer CHostCalls::copyFrame(void* destination) {
-    std::uint32_t status = unwritten;
+    std::uint32_t status = unwrittenNumber;
     Answer answer = call("CopyFrame", "", m_record.CopyFrame, destination, &status);
     answer.word = wordOf(status);
     return answer;
@@ -180,7 +180,7 @@ Answer CHostCalls::name(std::int32_t index) {
 }
 
 Answer CHostCalls::type(const std::string& key) {
-    std::uint32_t type = unwritten;
+    std::uint32_t type = unwrittenNumber;
     Answer answer = call("GetPropertyType", key, m_record.GetPropertyType, key.c_str(), &type);
     answer.word = wordOf(type);
     return answer;

@@ -14,7 +14,7 @@ namespace {
 
 // Of the settings that a block changes, in their order; empty for those that the
 // camera does not have.
-std::vector<std::string> readTexts(CSettings& settings) {
+std::vector<std::string> readBlockTexts(CSettings& settings) {
     std::vector<std::string> texts;
     texts.reserve(blockKeys.size());
     for (const char* key : blockKeys) {
@@ -104,7 +104,7 @@ public:
         const AskedParameters asked = parseParameters(m_parameters);
         checkFractions(asked);
         CSettings settings(*context.camera, context.hintPrefix);
-        const std::vector<std::string> before = readTexts(settings);
+        const std::vector<std::string> before = readBlockTexts(settings);
         const Reply reply = context.camera->applyParameters(
             makeParameterBlock(settings, context.camera->record(), asked));
         if (!reply.done()) {
@@ -112,7 +112,7 @@ public:
                           .message = "the parameter block was refused",
                           .adapterMessage = reply.message};
         }
-        const std::vector<std::string> after = readTexts(settings);
+        const std::vector<std::string> after = readBlockTexts(settings);
         context.report.setResult(reportChanges(before, after, context.report));
         const bool automaticWentOff = before.front() == "true" && after.front() == "false";
         if (!asked.exposure && automaticWentOff) {

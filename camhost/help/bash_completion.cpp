@@ -6,14 +6,14 @@ namespace camhost {
 
 namespace {
 
-constexpr const char* head =
+constexpr const char* bashHead =
     R"bash(# Completion of camhost's command line for bash, made by "camhost completion bash".
 # In this shell:  source <(camhost completion bash)
 # In every one:   camhost completion bash > ~/.local/share/bash-completion/completions/camhost
 
 )bash";
 
-constexpr const char* optionsHead = R"bash(
+constexpr const char* bashOptionsHead = R"bash(
 # The options of a command, and those of every command.
 _camhost_options() {
     case $1 in
@@ -25,7 +25,7 @@ _camhost_takes() {
     case $1 in
 )bash";
 
-constexpr const char* body = R"bash(    esac
+constexpr const char* bashBody = R"bash(    esac
 }
 
 # A word as it is meant, from how it is typed.
@@ -188,9 +188,9 @@ std::string bashCompletion(const ProgramOutline& program) {
         }
         takes += takesLines(command.name, command.options);
     }
-    return head + ("_camhost_commands='" + join(names, " ") + "'\n") + optionsHead + options +
-           "    esac\n    echo '" + optionNames(program.options) + "'\n}\n" + takesHead + takes +
-           takesLines("*", program.options) + body;
+    return bashHead + ("_camhost_commands='" + join(names, " ") + "'\n") + bashOptionsHead +
+           options + "    esac\n    echo '" + optionNames(program.options) + "'\n}\n" + takesHead +
+           takes + takesLines("*", program.options) + bashBody;
 }
 
 }  // namespace camhost

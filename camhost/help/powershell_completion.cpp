@@ -6,7 +6,7 @@ namespace camhost {
 
 namespace {
 
-constexpr const char* head =
+constexpr const char* powershellHead =
     R"ps1(# Completion of camhost's command line for PowerShell, made by "camhost completion powershell".
 # In this session:  camhost completion powershell | Out-String | Invoke-Expression
 # In every one:     the same line in the file that $PROFILE names
@@ -17,13 +17,13 @@ Register-ArgumentCompleter -Native -CommandName 'camhost', 'camhost.exe' -Script
     $commands = [ordered]@{
 )ps1";
 
-constexpr const char* optionsHead = R"ps1(    }
+constexpr const char* powershellOptionsHead = R"ps1(    }
     # Command ('*' for all), names (none for a word by its place), what follows (words, or "@"
     # and a kind of thing; nothing for a switch), what it is.
     $options = @(
 )ps1";
 
-constexpr const char* body = R"ps1(    )
+constexpr const char* powershellBody = R"ps1(    )
 
     $words = @($commandAst.CommandElements | Select-Object -Skip 1 |
         Where-Object { $_.Extent.EndOffset -lt $cursorPosition } | ForEach-Object {
@@ -131,7 +131,8 @@ std::string powershellCompletion(const ProgramOutline& program) {
         commands += "        " + quoted(command.name) + " = " + quoted(command.what) + "\n";
         options += optionLines(command.name, command.options);
     }
-    return head + commands + optionsHead + options + optionLines("*", program.options) + body;
+    return powershellHead + commands + powershellOptionsHead + options +
+           optionLines("*", program.options) + powershellBody;
 }
 
 }  // namespace camhost

@@ -8,22 +8,22 @@ namespace camhost {
 
 namespace {
 
-Failure wrong(const std::string& what) {
+Failure wrongBody(const std::string& what) {
     return {.exit = ExitCode::Usage, .code = "usage", .message = what};
 }
 
 Failure missing(const char* name) {
-    return wrong("the body has no \"" + std::string(name) + "\"");
+    return wrongBody("the body has no \"" + std::string(name) + "\"");
 }
 
 CJson parsed(const std::string& text) {
     std::string reason;
     std::optional<CJson> json = CJson::parse(text, reason);
     if (!json) {
-        throw wrong("the body is no JSON: " + reason);
+        throw wrongBody("the body is no JSON: " + reason);
     }
     if (!json->isObject()) {
-        throw wrong("the body is no JSON object");
+        throw wrongBody("the body is no JSON object");
     }
     return *std::move(json);
 }
@@ -47,7 +47,7 @@ std::string CJsonBody::text(const char* name, const char* absent) const {
     const std::optional<std::string> text = member->text();
     // To the adapter a zero is the end, and what is checked would be more than what is set.
     if (!text || text->find('\0') != text->npos) {
-        throw wrong("\"" + std::string(name) + "\" is no text");
+        throw wrongBody("\"" + std::string(name) + "\" is no text");
     }
     return *text;
 }
@@ -66,7 +66,7 @@ bool CJsonBody::flag(const char* name, bool absent) const {
     }
     const std::string text = member->toText();
     if (text != "true" && text != "false") {
-        throw wrong("\"" + std::string(name) + "\" is neither true nor false");
+        throw wrongBody("\"" + std::string(name) + "\" is neither true nor false");
     }
     return text == "true";
 }
@@ -86,8 +86,8 @@ std::optional<std::int32_t> CJsonBody::optionalNumber(const char* name, std::int
     }
     const std::optional<std::int32_t> value = wholeInteger(member->toText());
     if (!value || *value < 0 || *value > most) {
-        throw wrong("\"" + std::string(name) + "\" is no whole number within 0 and " +
-                    std::to_string(most));
+        throw wrongBody("\"" + std::string(name) + "\" is no whole number within 0 and " +
+                        std::to_string(most));
     }
     return value;
 }

@@ -25,21 +25,21 @@ HttpResponse notFound(std::string code, std::string message) {
     return failureResponse(404, {.code = std::move(code), .message = std::move(message)});
 }
 
-Failure wrong(std::string message) {
+Failure wrongQuery(std::string message) {
     return {.exit = ExitCode::Usage, .code = "usage", .message = std::move(message)};
 }
 
 std::optional<BayerOrder> bayerChoice(std::string_view name) {
     const std::optional<BayerOrder> order = parseBayer(name);
     if (!order && name != "auto") {
-        throw wrong("bayer takes auto, rggb, grbg, gbrg or bggr");
+        throw wrongQuery("bayer takes auto, rggb, grbg, gbrg or bggr");
     }
     return order;
 }
 
 bool demosaicChoice(std::string_view name) {
     if (name != "none" && name != "fast") {
-        throw wrong("demosaic takes none or fast");
+        throw wrongQuery("demosaic takes none or fast");
     }
     return name == "fast";
 }
@@ -47,7 +47,7 @@ bool demosaicChoice(std::string_view name) {
 std::uint64_t stepOf(const CQuery& query) {
     const std::uint64_t step = query.number("step").value_or(1);
     if (step == 0 || step > largestStep || (step & (step - 1)) != 0) {
-        throw wrong("step takes 1, 2, 4 and so on up to " + std::to_string(largestStep));
+        throw wrongQuery("step takes 1, 2, 4 and so on up to " + std::to_string(largestStep));
     }
     return step;
 }

@@ -26,48 +26,48 @@ const Texts& texts() {
     return made;
 }
 
-constexpr std::size_t count = 16;
+constexpr std::size_t formatCount = 16;
 
 }  // namespace
 
 const char* narrowText(std::uint8_t choice) noexcept {
-    static const std::array<const char*, count> all = {"Y800 (8x4)",
-                                                       "RGB24 (8x4)",
-                                                       "BY8 (8x4)",
-                                                       "Camera",
-                                                       "",
-                                                       nullptr,
-                                                       texts().just.c_str(),
-                                                       texts().over.c_str(),
-                                                       texts().veryLong.c_str(),
-                                                       "\xFF\xFE\x80",
-                                                       "\xE2\x82",
-                                                       "Y80",
-                                                       "QRM 52XAV07",
-                                                       " ",
-                                                       "%s%n%d",
-                                                       "A,B"};
-    return all[choice % count];
+    static const std::array<const char*, formatCount> all = {"Y800 (8x4)",
+                                                             "RGB24 (8x4)",
+                                                             "BY8 (8x4)",
+                                                             "Camera",
+                                                             "",
+                                                             nullptr,
+                                                             texts().just.c_str(),
+                                                             texts().over.c_str(),
+                                                             texts().veryLong.c_str(),
+                                                             "\xFF\xFE\x80",
+                                                             "\xE2\x82",
+                                                             "Y80",
+                                                             "QRM 52XAV07",
+                                                             " ",
+                                                             "%s%n%d",
+                                                             "A,B"};
+    return all[choice % formatCount];
 }
 
 std::wstring_view wideText(std::uint8_t choice) noexcept {
-    static const std::array<std::wstring_view, count> all = {L"Y800 (8x4)",
-                                                             L"RGB24 (8x4)",
-                                                             L"BY8 (8x4)",
-                                                             L"Camera",
-                                                             L"",
-                                                             L"",
-                                                             texts().wideJust,
-                                                             texts().wideOver,
-                                                             texts().wideLong,
-                                                             texts().broken,
-                                                             texts().withZero,
-                                                             L"Y80",
-                                                             L"QRM 52XAV07",
-                                                             L" ",
-                                                             L"%s%n%d",
-                                                             L"A,B"};
-    return all[choice % count];
+    static const std::array<std::wstring_view, formatCount> all = {L"Y800 (8x4)",
+                                                                   L"RGB24 (8x4)",
+                                                                   L"BY8 (8x4)",
+                                                                   L"Camera",
+                                                                   L"",
+                                                                   L"",
+                                                                   texts().wideJust,
+                                                                   texts().wideOver,
+                                                                   texts().wideLong,
+                                                                   texts().broken,
+                                                                   texts().withZero,
+                                                                   L"Y80",
+                                                                   L"QRM 52XAV07",
+                                                                   L" ",
+                                                                   L"%s%n%d",
+                                                                   L"A,B"};
+    return all[choice % formatCount];
 }
 
 std::uint8_t strangeText(std::uint8_t detail) noexcept {

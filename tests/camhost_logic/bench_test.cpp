@@ -13,9 +13,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-const Wait timeout{0, HOST_STATUS_NO_FRAME, 1.0, {}};
-const Wait lost{1, HOST_STATUS_NO_DEVICE, 0.0, {}};
-const Wait frame{0, HOST_STATUS_DONE, 0.125, {}};
+using namespace usual_waits;
 
 class Bench : public CCamhostTest {
 protected:

@@ -17,9 +17,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Pair;
 
-const Wait timeout{0, HOST_STATUS_NO_FRAME, 1.0, {}};
-const Wait lost{1, HOST_STATUS_NO_DEVICE, 0.0, {}};
-const Wait frame{0, HOST_STATUS_DONE, 0.125, {}};
+using namespace usual_waits;
 
 class Grab : public CCamhostTest {
 protected:

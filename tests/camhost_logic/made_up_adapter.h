@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "camhost/base/system.h"
+#include "velmora/host_blocks.h"
 
 namespace camhost::test {
 
@@ -25,6 +26,13 @@ struct Wait {
     std::int32_t width = 0;                       // of the pictures from then on; 0: as before
     bool missing = false;                         // the camera is gone, which the next wait tells
 };
+
+// The waits that most tests are made of.
+namespace usual_waits {
+inline const Wait timeout{0, HOST_STATUS_NO_FRAME, 1.0, {}};
+inline const Wait lost{1, HOST_STATUS_NO_DEVICE, 0.0, {}};
+inline const Wait frame{0, HOST_STATUS_DONE, 0.125, {}};
+}  // namespace usual_waits
 
 struct MadeUpCamera {
     std::string name = "SIM Mono 23";

@@ -15,9 +15,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-const Wait timeout{0, HOST_STATUS_NO_FRAME, 1.0, {}};
-const Wait lost{1, HOST_STATUS_NO_DEVICE, 0.0, {}};
-const Wait frame{0, HOST_STATUS_DONE, 0.125, {}};
+using namespace usual_waits;
 
 constexpr const char* begin = "watching 1A2B \"SIM Mono 23\" since 2024-05-06T07:08:09Z\n";
 constexpr const char* beginJson =

@@ -10,7 +10,7 @@ using testing::IsEmpty;
 
 using FailingCodes = CPropertyTest;
 
-const std::string full = camera(R"toml(
+const std::string fullCamera = camera(R"toml(
 formats = ["Y800 (640x480)"]
 framerates = [30.0]
 [[camera.item]]
@@ -38,7 +38,7 @@ struct Call {
 };
 
 TEST_F(FailingCodes, LeaveAGetAsTheyAre) {
-    CPropertyHost host(full);
+    CPropertyHost host(fullCamera);
     const std::vector<Call> calls = {
         {"IVCDRangeProperty::getValue", "contrast value range"},
         {"IVCDRangeProperty::getRangeMin", "contrast value range min"},
@@ -76,7 +76,7 @@ struct SetCall {
 };
 
 TEST_F(FailingCodes, MakeASetAnUnknownProperty) {
-    CPropertyHost host(full);
+    CPropertyHost host(fullCamera);
     const std::vector<SetCall> calls = {
         {"IVCDSwitchProperty::getSwitch", 1, "contrast value range", "7", "10"},
         {"IVCDRangeProperty::getRangeMin", 1, "contrast value range", "7", "10"},
@@ -109,7 +109,7 @@ TEST_F(FailingCodes, MakeASetAnUnknownProperty) {
 }
 
 TEST_F(FailingCodes, AreNotAskedForByARefusedLimit) {
-    CPropertyHost host(full);
+    CPropertyHost host(fullCamera);
     failCall("IVCDRangeProperty::getRangeMin", 1, 0);
     failCall("IVCDSwitchProperty::getSwitch", 1, 0);
     EXPECT_EQ(host.set("contrast value range min", "7"),
@@ -117,7 +117,7 @@ TEST_F(FailingCodes, AreNotAskedForByARefusedLimit) {
 }
 
 TEST_F(FailingCodes, LeaveACommandAsTheyAre) {
-    CPropertyHost host(full);
+    CPropertyHost host(fullCamera);
     for (const char* operation : {"IVCDSwitchProperty::getSwitch", "IVCDButtonProperty::push"}) {
         for (const std::int32_t code : codes) {
             failCallWith(code, operation);
@@ -162,7 +162,7 @@ TEST_F(FailingCodes, LeaveTheParameterBlockAsTheyAre) {
     parameters.exposure = 0.25;
     parameters.triggerEnable = 1;
     for (const BlockCall& call : calls) {
-        CPropertyHost host(full);
+        CPropertyHost host(fullCamera);
         const std::uint32_t interfaces = alive().interfaces;
         for (const std::int32_t code : codes) {
             virtualCamerasClearFailures();
@@ -182,7 +182,7 @@ TEST_F(FailingCodes, LeaveTheParameterBlockAsTheyAre) {
 }
 
 TEST_F(FailingCodes, OfTheTriggersModeLeaveTheCameraLive) {
-    CPropertyHost host(full);
+    CPropertyHost host(fullCamera);
     ASSERT_EQ(host.start(), accepted());
     CameraParameterBlock parameters{};
     parameters.triggerEnable = 1;
@@ -204,7 +204,7 @@ const std::vector<const char*> buildingCalls = {
 TEST_F(FailingCodes, OfTheTableBuildLeaveTheConstruction) {
     for (const char* operation : buildingCalls) {
         for (const std::int32_t code : codes) {
-            loadRig(full);
+            loadRig(fullCamera);
             const VirtualCamerasAlive before = alive();
             failCallWith(code, operation);
             EXPECT_EQ(thrownCode([] { const CPropertyHost host; }), code) << operation;
@@ -223,7 +223,7 @@ TEST_F(FailingCodes, OfTheTableBuildLeaveTheConstruction) {
 
 TEST_F(FailingCodes, OfTheFirstReadingLeaveNoReference) {
     for (const char* operation : buildingCalls) {
-        loadRig(full);
+        loadRig(fullCamera);
         const std::uint32_t interfaces = alive().interfaces;
         const CMemoryBalance balance;
         // The first call of its kind: no setting is made yet.
@@ -234,7 +234,7 @@ TEST_F(FailingCodes, OfTheFirstReadingLeaveNoReference) {
 }
 
 TEST_F(FailingCodes, HalfwayThroughTheTableLeaveOnlyTheSettingsMade) {
-    loadRig(full);
+    loadRig(fullCamera);
     const std::uint32_t before = alive().interfaces;
     // Contrast has its value and two limits by then, each with the automatic.
     failCallWith(-1, "IVCDPropertyElement::getItem", 2);
@@ -248,14 +248,14 @@ TEST_F(FailingCodes, HalfwayThroughTheTableLeaveOnlyTheSettingsMade) {
 TEST_F(FailingCodes, OfBindingAreNoFailureOfTheConstruction) {
     for (const char* operation : {"IVCDPropertyItems::findItem", "IVCDPropertyItem::findElement",
                                   "IVCDPropertyElement::QueryInterface"}) {
-        loadRig(full);
+        loadRig(fullCamera);
         failCall(operation, 1, 0);
         EXPECT_EQ(thrownCode([] { const CPropertyHost host; }), 0) << operation;
     }
 }
 
 TEST_F(FailingCodes, ThatAreNotNegativeAreSuccess) {
-    CPropertyHost host(full);
+    CPropertyHost host(fullCamera);
     failCallWith(1, "IVCDRangeProperty::setValue");
     EXPECT_EQ(host.set("contrast value range", "7"), accepted());
     failCallWith(1, "IVCDButtonProperty::push");
@@ -263,7 +263,7 @@ TEST_F(FailingCodes, ThatAreNotNegativeAreSuccess) {
 }
 
 TEST_F(FailingCodes, LeaveALostDeviceReadable) {
-    CPropertyHost host(full);
+    CPropertyHost host(fullCamera);
     ASSERT_EQ(virtualCamerasUnplug(cameraId), 1);
     // Fixed texts still read; the camera's own settings fail as the library says.
     EXPECT_EQ(host.get("feature_1"), accepted("contrast auto switch"));

@@ -17,7 +17,7 @@ protected:
     std::string do_grouping() const override { return "\3"; }
 };
 
-const std::string rig = camera(R"toml(
+const std::string localeRig = camera(R"toml(
 formats = ["Y800 (640x480)"]
 framerates = [3.75, 1234.5]
 [[camera.item]]
@@ -27,7 +27,7 @@ Value.abs = { min = -0.5, max = 3000.25, value = 1234.5 }
 )toml");
 
 void expectPointsEverywhere() {
-    CPropertyHost host(rig);
+    CPropertyHost host(localeRig);
     EXPECT_EQ(host.get("framerate"), accepted("1234.500000"));
     EXPECT_EQ(host.set("framerate", "12.5"), accepted());
     EXPECT_EQ(host.get("framerate"), accepted("12.500000"));
@@ -71,7 +71,7 @@ TEST_F(Locale, OfTheStandardStreamsChangesNothing) {
 }
 
 TEST_F(Locale, OfTheStartStillAppliesAfterAChange) {
-    CPropertyHost host(rig);
+    CPropertyHost host(localeRig);
     std::locale::global(std::locale(std::locale::classic(), new CCommaNumbers));
     EXPECT_EQ(host.set("framerate", "4.25"), accepted());
     EXPECT_EQ(host.get("framerate"), accepted("4.250000"));

@@ -12,7 +12,7 @@ using testing::IsEmpty;
 
 using CameraParameters = CPropertyTest;
 
-const std::string full = camera(R"toml(
+const std::string blockCamera = camera(R"toml(
 formats = ["Y800 (1280x960)"]
 [[camera.item]]
 name = "Contrast"
@@ -30,7 +30,7 @@ Enable.switch = false
 Polarity.switch = false
 )toml");
 
-// A block that changes nothing in `full` but what every block writes.
+// A block that changes nothing in `blockCamera` but what every block writes.
 CameraParameterBlock block() {
     CameraParameterBlock parameters{};
     parameters.exposure = 0.25;
@@ -42,7 +42,7 @@ CameraParameterBlock block() {
 }
 
 TEST_F(CameraParameters, AreAppliedInTheirOrder) {
-    CPropertyHost host(full);
+    CPropertyHost host(blockCamera);
     CameraParameterBlock parameters = block();
     parameters.triggerEnable = 1;
     parameters.triggerPolarity = 1;
@@ -58,7 +58,7 @@ TEST_F(CameraParameters, AreAppliedInTheirOrder) {
 }
 
 TEST_F(CameraParameters, ReadMinimumThenMaximumOfARange) {
-    CPropertyHost host(full);
+    CPropertyHost host(blockCamera);
     host.forgetCalls();
     EXPECT_EQ(host.parameters(block()), accepted());
     const std::vector<std::string> calls =
@@ -75,7 +75,7 @@ TEST_F(CameraParameters, ReadMinimumThenMaximumOfARange) {
 }
 
 TEST_F(CameraParameters, TurnFractionsIntoValuesOfTheRange) {
-    CPropertyHost host(full);
+    CPropertyHost host(blockCamera);
     const auto contrastAt = [&host](double fraction) {
         CameraParameterBlock parameters = block();
         parameters.contrast = fraction;
@@ -101,7 +101,7 @@ TEST_F(CameraParameters, TurnFractionsIntoValuesOfTheRange) {
 }
 
 TEST_F(CameraParameters, LeaveFractionsOutsideTheRangeToTheSetting) {
-    CPropertyHost host(full);
+    CPropertyHost host(blockCamera);
     CameraParameterBlock parameters = block();
     ASSERT_EQ(host.parameters(parameters), accepted());
     const double infinity = std::numeric_limits<double>::infinity();
@@ -150,7 +150,7 @@ Value.range = { min = 0, max = 2147483647, value = 1 }
 }
 
 TEST_F(CameraParameters, OfARangeWithoutItsInterfaceAreDropped) {
-    loadRig(full);
+    loadRig(blockCamera);
     // Contrast's value, minimum and maximum.
     failCall("IVCDPropertyElement::QueryInterface", 1, 3);
     CPropertyHost host;
@@ -162,7 +162,7 @@ TEST_F(CameraParameters, OfARangeWithoutItsInterfaceAreDropped) {
 }
 
 TEST_F(CameraParameters, OfARangeWhoseMinimumCannotBeReadAreDropped) {
-    loadRig(full);
+    loadRig(blockCamera);
     failCall("IVCDPropertyElement::QueryInterface", 5, 1);
     CPropertyHost host;
     ASSERT_EQ(host.get("brightness value range min").result, 1);
@@ -174,7 +174,7 @@ TEST_F(CameraParameters, OfARangeWhoseMinimumCannotBeReadAreDropped) {
 }
 
 TEST_F(CameraParameters, TakeAMaximumThatCannotBeReadAsZero) {
-    loadRig(full);
+    loadRig(blockCamera);
     // Contrast makes three of these calls, brightness the next three.
     failCall("IVCDPropertyElement::QueryInterface", 6, 1);
     CPropertyHost host;
@@ -201,7 +201,7 @@ Auto.switch = true
 }
 
 TEST_F(CameraParameters, WriteTheExposureWithSixDecimals) {
-    CPropertyHost host(full);
+    CPropertyHost host(blockCamera);
     const auto exposureOf = [&host](double exposure) {
         CameraParameterBlock parameters = block();
         parameters.exposure = exposure;
@@ -227,7 +227,7 @@ Value.abs = { min = 0.0, max = 1e30, value = 0.5 }
 }
 
 TEST_F(CameraParameters, DropAnExposureOutsideItsLimits) {
-    CPropertyHost host(full);
+    CPropertyHost host(blockCamera);
     for (const double exposure : {-1.0, 30.000001, -1e300}) {
         CameraParameterBlock parameters = block();
         parameters.exposure = exposure;
@@ -239,7 +239,7 @@ TEST_F(CameraParameters, DropAnExposureOutsideItsLimits) {
 }
 
 TEST_F(CameraParameters, ReadAnExposureThatIsNoDigitsAsZero) {
-    CPropertyHost host(full);
+    CPropertyHost host(blockCamera);
     for (const double exposure :
          {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
         CameraParameterBlock parameters = block();
@@ -283,7 +283,7 @@ TEST_F(CameraParameters, OfACameraWithoutAnySettingDoNothing) {
 }
 
 TEST_F(CameraParameters, NeedABlock) {
-    CPropertyHost host(full);
+    CPropertyHost host(blockCamera);
     host.forgetCalls();
     EXPECT_EQ(host.parameters(nullptr), accepted());
     EXPECT_EQ(host.channel().SetCameraParameters(nullptr, nullptr), 0);
@@ -291,7 +291,7 @@ TEST_F(CameraParameters, NeedABlock) {
 }
 
 TEST_F(CameraParameters, ReadTheBlockAtItsOffsetsAndWriteItNever) {
-    CPropertyHost host(full);
+    CPropertyHost host(blockCamera);
     CameraParameterBlock parameters;
     std::memset(&parameters, 0x5A, sizeof(parameters));
     auto* bytes = reinterpret_cast<unsigned char*>(&parameters);
@@ -318,7 +318,7 @@ TEST_F(CameraParameters, ReadTheBlockAtItsOffsetsAndWriteItNever) {
 }
 
 TEST_F(CameraParameters, KeepTheRegionToThemselves) {
-    CPropertyHost host(full);
+    CPropertyHost host(blockCamera);
     const std::int32_t highest = 2147483647;
     const std::int32_t lowest = -2147483647 - 1;
     struct Region {

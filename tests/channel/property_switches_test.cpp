@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Switches, and settings that take one of the texts that the camera lists.
 #include "properties/camera_features.h"
+#include "tests/channel/property_identifiers.h"
 #include "tests/support/property_host.h"
 
 namespace property_tests {
@@ -116,11 +117,6 @@ TEST_F(PropertySwitch, ReadsItsStateAlsoWithASuccessThatIsNotZero) {
     EXPECT_EQ(thrownCode([&] { isOn(fake); }), -2147467259);
     EXPECT_EQ(fake.references, 1U);
 }
-
-constexpr GUID brightnessItem = {
-    0x284C0E06, 0x010B, 0x45BF, {0x82, 0x91, 0x09, 0xD9, 0x0A, 0x45, 0x9B, 0x28}};
-constexpr GUID autoElement = {
-    0xB57D3001, 0x0AC6, 0x4819, {0xA6, 0x09, 0x27, 0x2A, 0x33, 0x14, 0x0A, 0xCA}};
 
 TEST_F(PropertySwitch, OffersItsStateAsABoolean) {
     COpenGrabber grabber(camera("[[camera.item]]\nname = \"Brightness\"\nAuto.switch = true\n"));

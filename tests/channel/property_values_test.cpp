@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "properties/camera_features.h"
+#include "tests/channel/property_identifiers.h"
 #include "tests/support/property_host.h"
 
 namespace property_tests {
@@ -283,10 +284,6 @@ TEST_F(PropertyLimits, AreNeverSet) {
 
 constexpr GUID gainItem = {
     0x284C0E06, 0x010B, 0x45BF, {0x82, 0x91, 0x09, 0xD9, 0x0A, 0x45, 0x9B, 0x28}};
-constexpr GUID valueElement = {
-    0xB57D3000, 0x0AC6, 0x4819, {0xA6, 0x09, 0x27, 0x2A, 0x33, 0x14, 0x0A, 0xCA}};
-constexpr GUID autoElement = {
-    0xB57D3001, 0x0AC6, 0x4819, {0xA6, 0x09, 0x27, 0x2A, 0x33, 0x14, 0x0A, 0xCA}};
 
 // An item with the identifier of brightness.
 const std::string brightness = camera(R"toml(

@@ -8,7 +8,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
-constexpr const char* noDevice = "No valid video capture device selected.";
+constexpr const char* noDeviceToStop = "No valid video capture device selected.";
 
 class Stop : public CGreyCamera {};
 
@@ -81,7 +81,7 @@ TEST_F(Stop, FailsWithoutADevice) {
     open();
     unplug();
     recordAll();
-    EXPECT_EQ(stop(), refused(noDevice));
+    EXPECT_EQ(stop(), refused(noDeviceToStop));
     EXPECT_THAT(library_log::lines(), ElementsAre("Grabber::isDevValid() -> false"));
     EXPECT_THAT(win32Calls({}), IsEmpty());
     EXPECT_EQ(channel().StopAcquisition(nullptr), 1);

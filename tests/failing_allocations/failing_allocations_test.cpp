@@ -20,7 +20,7 @@ class FailingAllocations : public ::testing::TestWithParam<VisitedCamera> {
 protected:
     // Every allocation, or one in a few.
     static std::uint64_t step(std::uint64_t count) {
-        constexpr std::uint64_t visitsOfShortForm = 100;
+        constexpr std::uint64_t visitsOfShortForm = 40;
         return std::getenv("VELMORA_LONG_VISITS") != nullptr ? 1 : count / visitsOfShortForm + 1;
     }
 

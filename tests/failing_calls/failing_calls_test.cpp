@@ -28,7 +28,7 @@ protected:
     static bool isLongForm() { return std::getenv("VELMORA_LONG_VISITS") != nullptr; }
 
     bool isTried(const RecordedCall& call) const {
-        constexpr std::uint32_t mostOfAnOperation = 4;
+        constexpr std::uint32_t mostOfAnOperation = 2;
         const auto all =
             std::count_if(m_ground.calls().begin(), m_ground.calls().end(),
                           [&](const auto& each) { return each.operation == call.operation; });

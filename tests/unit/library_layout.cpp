@@ -87,7 +87,7 @@ struct Element : Unknown<IVCDPropertyElement> {
     }
 };
 
-struct Item : Unknown<IVCDPropertyItem> {
+struct PropertyItem : Unknown<IVCDPropertyItem> {
     HRESULT STDMETHODCALLTYPE getName(BSTR* /*name*/) override { return note("getName"); }
     HRESULT STDMETHODCALLTYPE getItemID(GUID* /*id*/) override { return note("getItemID"); }
     HRESULT STDMETHODCALLTYPE getCount(LONG* /*count*/) override { return note("getCount"); }
@@ -234,7 +234,7 @@ std::string tableLines() {
            interfaceLine<Button>("IVCDButtonProperty", 5) +
            interfaceLine<MapStrings>("IVCDMapStringsProperty", 7) +
            interfaceLine<Texts>("IVCDTexts", 5) + interfaceLine<Element>("IVCDPropertyElement", 7) +
-           interfaceLine<Item>("IVCDPropertyItem", 8) +
+           interfaceLine<PropertyItem>("IVCDPropertyItem", 8) +
            interfaceLine<Items>("IVCDPropertyItems", 6);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which rows of a frame go to the vectors, seen by rows that only take notes.
+// Which rows of a frame go to the vectors, seen by rows that only take kernelNotes.
 #include "acquisition/kernels/vector_frames.h"
 
 #include <gtest/gtest.h>
@@ -9,16 +9,16 @@
 
 namespace {
 
-std::string notes;
+std::string kernelNotes;
 
 void noteMosaic(std::uint8_t*, const std::uint8_t*, std::size_t width, std::size_t pairs,
                 std::size_t rows) noexcept {
-    notes = std::to_string(rows) + " rows of " + std::to_string(pairs) + " pairs, " +
-            std::to_string(width) + " pixels apart";
+    kernelNotes = std::to_string(rows) + " rows of " + std::to_string(pairs) + " pairs, " +
+                  std::to_string(width) + " pixels apart";
 }
 
 void noteShift(std::uint8_t*, const std::uint8_t*, std::size_t width, std::size_t rows) noexcept {
-    notes = std::to_string(rows) + " rows, " + std::to_string(width) + " bytes apart";
+    kernelNotes = std::to_string(rows) + " rows, " + std::to_string(width) + " bytes apart";
 }
 
 constexpr VectorRows noted = {32, &noteMosaic, &noteShift};
@@ -27,18 +27,18 @@ std::string mosaicNotes(std::int32_t width, std::int32_t height, std::size_t sou
     const std::vector<std::uint8_t> source(sourceSize);
     std::vector<std::uint8_t> destination(static_cast<std::size_t>(width + 1) *
                                           static_cast<std::size_t>(height));
-    notes = "nothing";
+    kernelNotes = "nothing";
     copyMosaicBy<noted>(destination.data(), source, width, height);
-    return notes;
+    return kernelNotes;
 }
 
 std::string shiftNotes(std::int32_t width, std::int32_t height, std::size_t sourceSize) {
     const std::vector<std::uint8_t> source(sourceSize);
     std::vector<std::uint8_t> destination(static_cast<std::size_t>(width) *
                                           static_cast<std::size_t>(height));
-    notes = "nothing";
+    kernelNotes = "nothing";
     copyShiftedBy<noted>(destination.data(), source, width, height);
-    return notes;
+    return kernelNotes;
 }
 
 TEST(VectorFrames, MosaicOfAWholeFrameIsAllTheirs) {

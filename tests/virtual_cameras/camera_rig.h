@@ -19,6 +19,8 @@
 
 namespace camera_tests {
 
+inline constexpr std::uint64_t oneSecond = 1'000'000'000;  // nanoseconds
+
 inline constexpr GUID subtypeY800 = {
     0x30303859, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
 inline constexpr GUID subtypeRGB24 = {

@@ -8,8 +8,6 @@
 namespace camera_tests {
 namespace {
 
-constexpr std::uint64_t second = 1'000'000'000;  // nanoseconds
-
 // A camera of ten frames a second, and one of four beside it.
 constexpr const char* cameraA = R"toml(
 [[camera]]
@@ -81,12 +79,12 @@ protected:
 
 TEST_F(RigEvents, UnplugsBeforeTheFrameOfThatNumber) {
     startLive(event("frame = 3\ndo = \"unplug\""));
-    EXPECT_EQ(2U, virtualCamerasStepClock(second));
+    EXPECT_EQ(2U, virtualCamerasStepClock(oneSecond));
     EXPECT_EQ((Frames{1, 2}), m_listener.frames);
     EXPECT_EQ(1, m_listener.losses);
     EXPECT_FALSE(m_grabber->isDevValid());
     EXPECT_EQ("", names());
-    virtualCamerasStepClock(100 * second);
+    virtualCamerasStepClock(100 * oneSecond);
     EXPECT_EQ("", names());
 }
 
@@ -97,38 +95,38 @@ TEST_F(RigEvents, ComesBackWhenTheTimeOfTheUnpluggingIsOver) {
     virtualCamerasStepClock(1);
     EXPECT_EQ("A", names());
     reopen();
-    EXPECT_EQ(2U, virtualCamerasStepClock(second / 5));
+    EXPECT_EQ(2U, virtualCamerasStepClock(oneSecond / 5));
     EXPECT_EQ("", misuse());
 }
 
 TEST_F(RigEvents, FramesAreCountedOverAllStartsOfLiveVideo) {
     startLive(event("frame = 4\ndo = \"drop\""));
-    virtualCamerasStepClock(2 * second / 10);
+    virtualCamerasStepClock(2 * oneSecond / 10);
     ASSERT_TRUE(m_grabber->stopLive());
     ASSERT_TRUE(m_grabber->startLive(false));
-    virtualCamerasStepClock(3 * second / 10);
+    virtualCamerasStepClock(3 * oneSecond / 10);
     EXPECT_EQ((Frames{1, 2, 1, 3}), m_listener.frames);
     EXPECT_EQ(1, m_listener.dropped);
     EXPECT_EQ(0, m_listener.droppedWithBuffer);
 }
 
 TEST_F(RigEvents, StartByTheTimeSinceTheRigCameIn) {
-    virtualCamerasStepClock(5 * second);
+    virtualCamerasStepClock(5 * oneSecond);
     startLive(event("time = 0.35\ndo = \"unplug\""));
-    EXPECT_EQ(3U, virtualCamerasStepClock(second));
+    EXPECT_EQ(3U, virtualCamerasStepClock(oneSecond));
     EXPECT_EQ(1, m_listener.losses);
 }
 
 TEST_F(RigEvents, OfAFrameAndAnEventAtTheSameTimeTheEventIsFirst) {
     startLive(event("time = 0.3\ndo = \"drop\""));
-    EXPECT_EQ(3U, virtualCamerasStepClock(4 * second / 10));
+    EXPECT_EQ(3U, virtualCamerasStepClock(4 * oneSecond / 10));
     EXPECT_EQ((Frames{1, 2, 4}), m_listener.frames);
 }
 
 TEST_F(RigEvents, AtTimeZeroNobodyHasSeenTheCameraYet) {
     load(cameraA + event("time = 0\ndo = \"unplug\"") + event("time = 2.0\ndo = \"plug\""));
     EXPECT_EQ("", names());
-    virtualCamerasStepClock(2 * second);
+    virtualCamerasStepClock(2 * oneSecond);
     EXPECT_EQ("A", names());
 }
 
@@ -164,7 +162,7 @@ TEST_F(RigEvents, AnUnpluggedCameraLeavesTheOthersRunning) {
     ASSERT_TRUE(open(other, 1));
     ASSERT_TRUE(other.setSinkType(sinkFor(subtypeY800)));
     ASSERT_TRUE(other.startLive(false));
-    EXPECT_EQ(5U, virtualCamerasStepClock(second));
+    EXPECT_EQ(5U, virtualCamerasStepClock(oneSecond));
     EXPECT_EQ((Frames{1}), m_listener.frames);
     EXPECT_EQ((Frames{1, 2, 3, 4}), heard.frames);
     EXPECT_EQ(0, heard.losses);
@@ -173,10 +171,10 @@ TEST_F(RigEvents, AnUnpluggedCameraLeavesTheOthersRunning) {
 
 TEST_F(RigEvents, PlugsInWithAnotherFormat) {
     startLive(event("frame = 2\ndo = \"unplug\"\nfor = 1.0\nformat = \"Y800 (8x4)\""));
-    virtualCamerasStepClock(2 * second);
+    virtualCamerasStepClock(2 * oneSecond);
     reopen();
     EXPECT_STREQ("Y800 (8x4)", m_grabber->getVideoFormat().c_str());
-    virtualCamerasStepClock(second / 10);
+    virtualCamerasStepClock(oneSecond / 10);
     EXPECT_EQ(32U, m_listener.pixels.size());
 }
 
@@ -187,7 +185,7 @@ TEST_F(RigEvents, PlugsInWithAnotherSerialAsAnotherDevice) {
          event("time = 3.0\ndo = \"unplug\""));
     DShowLib::Grabber grabber;
     const auto before = toStandard(grabber.getAvailableVideoCaptureDevices_());
-    virtualCamerasStepClock(2 * second);
+    virtualCamerasStepClock(2 * oneSecond);
     EXPECT_FALSE(grabber.openDev(before[0]));
     EXPECT_EQ("The video capture device is not connected.", errorOf(grabber));
     const auto after = toStandard(grabber.getAvailableVideoCaptureDevices_());
@@ -197,7 +195,7 @@ TEST_F(RigEvents, PlugsInWithAnotherSerialAsAnotherDevice) {
     EXPECT_EQ(0x2B, number);
     EXPECT_EQ(0, virtualCamerasPlug("1A"));
     EXPECT_TRUE(grabber.openDev(after[0]));
-    virtualCamerasStepClock(second);  // its events go on
+    virtualCamerasStepClock(oneSecond);  // its events go on
     EXPECT_FALSE(grabber.isDevValid());
     EXPECT_EQ("", misuse());
 }
@@ -207,17 +205,17 @@ TEST_F(RigEvents, PlugsInAtAnotherPlaceOfTheList) {
     load(cameraA + event("time = 1.0\ndo = \"unplug\"\nfor = 1.0\nplace = 3") + cameraB + more +
          event("time = 3.0\ndo = \"unplug\"\nfor = 1.0\nplace = 1"));
     EXPECT_EQ("ABC", names());
-    virtualCamerasStepClock(second);
+    virtualCamerasStepClock(oneSecond);
     EXPECT_EQ("BC", names());
-    virtualCamerasStepClock(second);
+    virtualCamerasStepClock(oneSecond);
     EXPECT_EQ("BCA", names());
-    virtualCamerasStepClock(2 * second);
+    virtualCamerasStepClock(2 * oneSecond);
     EXPECT_EQ("CBA", names());
 }
 
 TEST_F(RigEvents, AStallHoldsFramesBackForItsTime) {
     startLive(event("frame = 3\ndo = \"stall\"\nfor = 2.0"));
-    EXPECT_EQ(2U, virtualCamerasStepClock(2 * second));
+    EXPECT_EQ(2U, virtualCamerasStepClock(2 * oneSecond));
     EXPECT_EQ(0, virtualCamerasDeliverFrame("A"));
     EXPECT_EQ(0U, virtualCamerasStepClock(399'999'999));  // from 0.3 to 2.3, and a period
     EXPECT_EQ(1U, virtualCamerasStepClock(1));
@@ -228,40 +226,40 @@ TEST_F(RigEvents, AStallHoldsFramesBackForItsTime) {
 
 TEST_F(RigEvents, AStallWithATimeOutlivesANewStart) {
     startLive(event("frame = 2\ndo = \"stall\"\nfor = 5.0"));
-    virtualCamerasStepClock(second);
+    virtualCamerasStepClock(oneSecond);
     ASSERT_TRUE(m_grabber->stopLive());
     ASSERT_TRUE(m_grabber->startLive(false));
-    EXPECT_EQ(0U, virtualCamerasStepClock(4 * second));
-    EXPECT_EQ(10U, virtualCamerasStepClock(5 * second / 4));  // until 6.25, from 5.2
+    EXPECT_EQ(0U, virtualCamerasStepClock(4 * oneSecond));
+    EXPECT_EQ(10U, virtualCamerasStepClock(5 * oneSecond / 4));  // until 6.25, from 5.2
 }
 
 TEST_F(RigEvents, AStallWithoutATimeEndsWithTheNextStart) {
     startLive(event("frame = 2\ndo = \"stall\""));
-    EXPECT_EQ(1U, virtualCamerasStepClock(60 * second));
+    EXPECT_EQ(1U, virtualCamerasStepClock(60 * oneSecond));
     ASSERT_TRUE(m_grabber->stopLive());
     ASSERT_TRUE(m_grabber->startLive(false));
-    EXPECT_EQ(10U, virtualCamerasStepClock(second));
+    EXPECT_EQ(10U, virtualCamerasStepClock(oneSecond));
 }
 
 TEST_F(RigEvents, DropsAsManyFramesAsTold) {
     startLive(event("frame = 2\ndo = \"Drop\"\nframes = 3"));
-    EXPECT_EQ(3U, virtualCamerasStepClock(6 * second / 10));
+    EXPECT_EQ(3U, virtualCamerasStepClock(6 * oneSecond / 10));
     EXPECT_EQ((Frames{1, 5, 6}), m_listener.frames);
     EXPECT_EQ(3, m_listener.dropped);
 }
 
 TEST_F(RigEvents, SlowsTheCameraDownForItsTime) {
     startLive(event("time = 1.0\ndo = \"slow\"\nrate = 2.0\nfor = 3.0"));
-    EXPECT_EQ(9U, virtualCamerasStepClock(second - 1));
+    EXPECT_EQ(9U, virtualCamerasStepClock(oneSecond - 1));
     EXPECT_EQ(0U, virtualCamerasStepClock(500'000'000));
     EXPECT_EQ(1U, virtualCamerasStepClock(1));
     EXPECT_EQ(4U, virtualCamerasStepClock(2'499'999'999));
-    EXPECT_EQ(10U, virtualCamerasStepClock(second + 1));
+    EXPECT_EQ(10U, virtualCamerasStepClock(oneSecond + 1));
 }
 
 TEST_F(RigEvents, ASlowCameraIsNeverFasterThanItsRate) {
     startLive(event("time = 0\ndo = \"slow\"\nrate = 100.0"));
-    EXPECT_EQ(10U, virtualCamerasStepClock(second));
+    EXPECT_EQ(10U, virtualCamerasStepClock(oneSecond));
 }
 
 TEST_F(RigEvents, FailTheCallThatStartsThem) {
@@ -301,12 +299,12 @@ TEST_F(RigEvents, FailCallsOfAnOperationFromAFrameOn) {
     startLive(event("frame = 2\ndo = \"fail\"\noperation = \"Grabber::getFPS\"\ncount = 2") +
               event("frame = 3\ndo = \"fail\"\noperation = \"Grabber::isLive\"\ncount = 0"));
     EXPECT_GT(m_grabber->getFPS(), 0.0);
-    virtualCamerasStepClock(2 * second / 10);
+    virtualCamerasStepClock(2 * oneSecond / 10);
     EXPECT_EQ(0.0, m_grabber->getFPS());
     EXPECT_EQ(0.0, m_grabber->getFPS());
     EXPECT_GT(m_grabber->getFPS(), 0.0);
     EXPECT_TRUE(m_grabber->isLive());
-    virtualCamerasStepClock(second / 10);
+    virtualCamerasStepClock(oneSecond / 10);
     for (int i = 0; i < 5; ++i) {
         EXPECT_FALSE(m_grabber->isLive());
     }
@@ -314,7 +312,7 @@ TEST_F(RigEvents, FailCallsOfAnOperationFromAFrameOn) {
 
 TEST_F(RigEvents, AFailedDeliveryDropsTheFilledFrame) {
     startLive(event("call = \"GrabberListener::frameReady\"\nnth = 2\ndo = \"fail\""));
-    virtualCamerasStepClock(3 * second / 10);
+    virtualCamerasStepClock(3 * oneSecond / 10);
     EXPECT_EQ((Frames{1, 3}), m_listener.frames);
     EXPECT_EQ(1, m_listener.droppedWithBuffer);
 }
@@ -333,22 +331,22 @@ TEST_F(RigEvents, GoWithTheirRig) {
 
 TEST_F(RigEvents, FireTriggersAtARate) {
     startLive(waitingForTriggers + event("do = \"trigger\"\nrate = 2.0\ntimes = 4"));
-    EXPECT_EQ(0U, virtualCamerasStepClock(second / 2 - 1));
+    EXPECT_EQ(0U, virtualCamerasStepClock(oneSecond / 2 - 1));
     EXPECT_EQ(1U, virtualCamerasStepClock(1));
-    EXPECT_EQ(3U, virtualCamerasStepClock(10 * second));
+    EXPECT_EQ(3U, virtualCamerasStepClock(10 * oneSecond));
     EXPECT_EQ((Frames{1, 2, 3, 4}), m_listener.frames);
 }
 
 TEST_F(RigEvents, TriggersOfACameraThatRunsFreeAreLost) {
     startLive(event("do = \"trigger\"\nrate = 100.0"));
-    EXPECT_EQ(10U, virtualCamerasStepClock(second));
+    EXPECT_EQ(10U, virtualCamerasStepClock(oneSecond));
 }
 
 TEST_F(RigEvents, ChangeAValueBehindTheBackOfAnAutomatic) {
     startLive(event("frame = 2\ndo = \"change\"\nitem = \"Gain\"\nrange = 75"));
-    virtualCamerasStepClock(second / 10);
+    virtualCamerasStepClock(oneSecond / 10);
     EXPECT_EQ("10", gain());
-    virtualCamerasStepClock(second / 10);
+    virtualCamerasStepClock(oneSecond / 10);
     EXPECT_EQ("75", gain());
     EXPECT_EQ("0.75", property("A", "Gain", "Value", "IVCDAbsoluteValueProperty"));
 }
@@ -358,7 +356,7 @@ TEST_F(RigEvents, ChangeEveryKindOfValue) {
           event("time = 1\ndo = \"change\"\nitem = \"Gain\"\nelement = \"Auto\"\nswitch = false") +
           event("time = 1\ndo = \"change\"\nitem = \"Gain\"\nelement = \"Mode\"\n"
                 "strings = \"High\""));
-    virtualCamerasStepClock(second);
+    virtualCamerasStepClock(oneSecond);
     EXPECT_EQ("50", gain());
     EXPECT_EQ("false", property("A", "Gain", "Auto", "IVCDSwitchProperty"));
     EXPECT_EQ("High", property("A", "Gain", "Mode", "IVCDMapStringsProperty"));
@@ -366,13 +364,13 @@ TEST_F(RigEvents, ChangeEveryKindOfValue) {
 
 TEST_F(RigEvents, RepeatAsOftenAsTold) {
     startLive(event("frame = 2\nevery = 3\ntimes = 2\ndo = \"drop\""));
-    virtualCamerasStepClock(second);
+    virtualCamerasStepClock(oneSecond);
     EXPECT_EQ((Frames{1, 3, 4, 6, 7, 8, 9, 10}), m_listener.frames);
 }
 
 TEST_F(RigEvents, RepeatWithoutEndByTime) {
     startLive(event("time = 0.1\nevery = 0.2\ndo = \"drop\""));
-    virtualCamerasStepClock(second);
+    virtualCamerasStepClock(oneSecond);
     EXPECT_EQ((Frames{2, 4, 6, 8, 10}), m_listener.frames);
 }
 
@@ -392,7 +390,7 @@ class SeededEvents : public RigEvents {
 protected:
     Frames dropped(const std::string& seed) {
         startLive(event("frame = 5\nevery = [3, 9]\ndo = \"drop\"\n" + seed));
-        virtualCamerasStepClock(10 * second);
+        virtualCamerasStepClock(10 * oneSecond);
         Frames missing;
         for (std::uint32_t i = 1; i <= 100; ++i) {
             if (std::find(m_listener.frames.begin(), m_listener.frames.end(), i) ==

@@ -8,8 +8,6 @@
 namespace camera_tests {
 namespace {
 
-constexpr std::uint64_t second = 1'000'000'000;  // nanoseconds
-
 void setRig(const std::string& value) {
 #if defined(_WIN32)
     ::SetEnvironmentVariableA("VIRTUAL_CAMERAS_RIG", value.c_str());
@@ -65,9 +63,9 @@ TEST_F(ReadyRigs, TwoEqualModelsChangePlacesWhenOneComesBack) {
     begin("two_equal_models.toml");
     EXPECT_EQ((Serials{0xA1, 0xA2}), serials());
     ASSERT_TRUE(startLive(0, subtypeY800));
-    virtualCamerasStepClock(5 * second);
+    virtualCamerasStepClock(5 * oneSecond);
     EXPECT_EQ((Serials{0xA1}), serials());
-    virtualCamerasStepClock(2 * second);
+    virtualCamerasStepClock(2 * oneSecond);
     EXPECT_EQ((Serials{0xA2, 0xA1}), serials());
     EXPECT_EQ(0, m_listener.losses);
     EXPECT_EQ(210U, m_listener.frames.size());
@@ -78,7 +76,7 @@ TEST_F(ReadyRigs, TheFlakyCableLosesTheCameraTwiceAndFramesBetween) {
     ASSERT_TRUE(startLive(0, subtypeY800));
     int refusedStarts = 0;
     for (int i = 0; i < 200; ++i) {
-        virtualCamerasStepClock(second / 10);
+        virtualCamerasStepClock(oneSecond / 10);
         if (!m_grabber->isLive() && !serials().empty() && !startLive(0, subtypeY800)) {
             ++refusedStarts;
         }
@@ -92,9 +90,9 @@ TEST_F(ReadyRigs, TheFlakyCableLosesTheCameraTwiceAndFramesBetween) {
 TEST_F(ReadyRigs, TheSlowTriggerReleasesAFrameEverySecondAndAHalf) {
     begin("slow_trigger.toml");
     ASSERT_TRUE(startLive(0, subtypeY800));
-    EXPECT_EQ(1U, virtualCamerasStepClock(second / 2));
-    EXPECT_EQ(0U, virtualCamerasStepClock(3 * second / 2 - 1));
-    EXPECT_EQ(3U, virtualCamerasStepClock(3 * second + 1));
+    EXPECT_EQ(1U, virtualCamerasStepClock(oneSecond / 2));
+    EXPECT_EQ(0U, virtualCamerasStepClock(3 * oneSecond / 2 - 1));
+    EXPECT_EQ(3U, virtualCamerasStepClock(3 * oneSecond + 1));
 }
 
 TEST_F(ReadyRigs, ManySettingsAreFourHundred) {

@@ -22,22 +22,22 @@ struct Apartment {
     DWORD kind = COINIT_MULTITHREADED;
 };
 
-struct State {
+struct ComState {
     std::mutex mutex;
     std::map<DWORD, Apartment> apartments;
     std::uint32_t unbalancedStops = 0;
 };
 
 // Outlives every other static object, whichever asks last.
-State& state() {
-    static State* const instance = new State;
+ComState& comState() {
+    static ComState* const instance = new ComState;
     return *instance;
 }
 
 HRESULT start(const char* function, DWORD kind) {
     const auto laidDown = injected(function);
-    const std::lock_guard guard(state().mutex);
-    Apartment& apartment = state().apartments[GetCurrentThreadId()];
+    const std::lock_guard guard(comState().mutex);
+    Apartment& apartment = comState().apartments[GetCurrentThreadId()];
     if (laidDown && FAILED(*laidDown)) {
         return static_cast<HRESULT>(*laidDown);
     }
@@ -55,10 +55,10 @@ HRESULT start(const char* function, DWORD kind) {
 }
 
 void stop() {
-    const std::lock_guard guard(state().mutex);
-    Apartment& apartment = state().apartments[GetCurrentThreadId()];
+    const std::lock_guard guard(comState().mutex);
+    Apartment& apartment = comState().apartments[GetCurrentThreadId()];
     if (apartment.starts == 0) {
-        ++state().unbalancedStops;
+        ++comState().unbalancedStops;
         return;
     }
     --apartment.starts;
@@ -209,14 +209,14 @@ std::int32_t comBalance() {
 }
 
 std::int32_t comBalance(std::uint32_t threadId) {
-    const std::lock_guard guard(state().mutex);
-    const auto found = state().apartments.find(threadId);
-    return found == state().apartments.end() ? 0 : found->second.starts;
+    const std::lock_guard guard(comState().mutex);
+    const auto found = comState().apartments.find(threadId);
+    return found == comState().apartments.end() ? 0 : found->second.starts;
 }
 
 std::uint32_t unbalancedComStops() {
-    const std::lock_guard guard(state().mutex);
-    return state().unbalancedStops;
+    const std::lock_guard guard(comState().mutex);
+    return comState().unbalancedStops;
 }
 
 }  // namespace win32

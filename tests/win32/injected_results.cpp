@@ -15,14 +15,14 @@ struct Answers {
     std::optional<std::int64_t> always;
 };
 
-struct State {
+struct InjectedState {
     std::mutex mutex;
     std::map<std::string, Answers, std::less<>> answers;
 };
 
 // Outlives every other static object, whichever asks last.
-State& state() {
-    static State* const instance = new State;
+InjectedState& injectedState() {
+    static InjectedState* const instance = new InjectedState;
     return *instance;
 }
 
@@ -33,15 +33,15 @@ constinit std::atomic<bool> anyInjected{false};
 }  // namespace
 
 void injectResults(std::string_view name, std::initializer_list<std::int64_t> results) {
-    const std::lock_guard guard(state().mutex);
-    auto& next = state().answers[std::string(name)].next;
+    const std::lock_guard guard(injectedState().mutex);
+    auto& next = injectedState().answers[std::string(name)].next;
     next.insert(next.end(), results.begin(), results.end());
     anyInjected.store(true, std::memory_order_relaxed);
 }
 
 void injectAlways(std::string_view name, std::int64_t result) {
-    const std::lock_guard guard(state().mutex);
-    state().answers[std::string(name)].always = result;
+    const std::lock_guard guard(injectedState().mutex);
+    injectedState().answers[std::string(name)].always = result;
     anyInjected.store(true, std::memory_order_relaxed);
 }
 
@@ -50,9 +50,9 @@ void clearInjected() {
 }
 
 std::size_t unusedResults(std::string_view name) {
-    const std::lock_guard guard(state().mutex);
-    const auto found = state().answers.find(name);
-    return found == state().answers.end() ? 0 : found->second.next.size();
+    const std::lock_guard guard(injectedState().mutex);
+    const auto found = injectedState().answers.find(name);
+    return found == injectedState().answers.end() ? 0 : found->second.next.size();
 }
 
 namespace detail {
@@ -66,9 +66,9 @@ std::optional<std::int64_t> injected(std::string_view name) {
     if (!anyInjected.load(std::memory_order_relaxed)) {
         return std::nullopt;
     }
-    const std::lock_guard guard(state().mutex);
-    const auto found = state().answers.find(name);
-    if (found == state().answers.end()) {
+    const std::lock_guard guard(injectedState().mutex);
+    const auto found = injectedState().answers.find(name);
+    if (found == injectedState().answers.end()) {
         return std::nullopt;
     }
     Answers& answers = found->second;
@@ -81,8 +81,8 @@ std::optional<std::int64_t> injected(std::string_view name) {
 }
 
 void resetInjected() {
-    const std::lock_guard guard(state().mutex);
-    state().answers.clear();
+    const std::lock_guard guard(injectedState().mutex);
+    injectedState().answers.clear();
     anyInjected.store(false, std::memory_order_relaxed);
 }
 

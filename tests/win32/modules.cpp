@@ -12,14 +12,14 @@
 namespace win32 {
 namespace {
 
-struct State {
+struct ModuleState {
     std::mutex mutex;
     std::wstring modulePath;
     std::vector<std::wstring> files;
     std::wstring searchDirectory;
     std::map<std::string, FARPROC, std::less<>> procedures;
 
-    State() { setDefaults(); }
+    ModuleState() { setDefaults(); }
 
     void setDefaults() {
         modulePath = L"C:\\adapter\\velmora_adapter.dll";
@@ -30,8 +30,8 @@ struct State {
 };
 
 // Outlives every other static object, whichever asks last.
-State& state() {
-    static State* const instance = new State;
+ModuleState& moduleState() {
+    static ModuleState* const instance = new ModuleState;
     return *instance;
 }
 
@@ -59,8 +59,8 @@ bool matches(std::wstring_view pattern, std::wstring_view text) {
 
 // The first present file that matches, or the empty text.
 std::wstring firstMatch(std::wstring_view pattern) {
-    const std::lock_guard guard(state().mutex);
-    const auto& files = state().files;
+    const std::lock_guard guard(moduleState().mutex);
+    const auto& files = moduleState().files;
     const auto found = std::find_if(files.begin(), files.end(),
                                     [pattern](const auto& file) { return matches(pattern, file); });
     return found == files.end() ? std::wstring() : *found;
@@ -68,32 +68,32 @@ std::wstring firstMatch(std::wstring_view pattern) {
 
 // A name without a folder is looked for in the search directory.
 std::wstring loadedPath(std::wstring_view name) {
-    const std::lock_guard guard(state().mutex);
+    const std::lock_guard guard(moduleState().mutex);
     return name.find(L'\\') == std::wstring_view::npos
-               ? state().searchDirectory + std::wstring(name)
+               ? moduleState().searchDirectory + std::wstring(name)
                : std::wstring(name);
 }
 
 }  // namespace
 
 void setModulePath(std::wstring path) {
-    const std::lock_guard guard(state().mutex);
-    state().modulePath = std::move(path);
+    const std::lock_guard guard(moduleState().mutex);
+    moduleState().modulePath = std::move(path);
 }
 
 void setFiles(std::vector<std::wstring> paths) {
-    const std::lock_guard guard(state().mutex);
-    state().files = std::move(paths);
+    const std::lock_guard guard(moduleState().mutex);
+    moduleState().files = std::move(paths);
 }
 
 void setProcAddress(std::string_view name, FARPROC address) {
-    const std::lock_guard guard(state().mutex);
-    state().procedures[std::string(name)] = address;
+    const std::lock_guard guard(moduleState().mutex);
+    moduleState().procedures[std::string(name)] = address;
 }
 
 void detail::resetModules() {
-    const std::lock_guard guard(state().mutex);
-    state().setDefaults();
+    const std::lock_guard guard(moduleState().mutex);
+    moduleState().setDefaults();
 }
 
 }  // namespace win32
@@ -110,8 +110,8 @@ DWORD GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
         SetLastError(ERROR_MOD_NOT_FOUND);
         return 0;
     }
-    const std::lock_guard guard(win32::state().mutex);
-    const std::wstring& full = win32::state().modulePath;
+    const std::lock_guard guard(win32::moduleState().mutex);
+    const std::wstring& full = win32::moduleState().modulePath;
     const std::size_t copied = std::min<std::size_t>(full.size(), size - 1);
     std::wmemcpy(path, full.data(), copied);
     path[copied] = L'\0';
@@ -162,9 +162,9 @@ BOOL FreeLibrary(HMODULE module) {
 FARPROC GetProcAddress(HMODULE module, LPCSTR name) {
     const win32::detail::CInside inside;
     record("GetProcAddress", pointerText(module) + ", " + name);
-    const std::lock_guard guard(win32::state().mutex);
-    const auto found = win32::state().procedures.find(name);
-    if (injected("GetProcAddress") == 0 || found == win32::state().procedures.end()) {
+    const std::lock_guard guard(win32::moduleState().mutex);
+    const auto found = win32::moduleState().procedures.find(name);
+    if (injected("GetProcAddress") == 0 || found == win32::moduleState().procedures.end()) {
         SetLastError(ERROR_PROC_NOT_FOUND);
         return nullptr;
     }
@@ -177,8 +177,8 @@ BOOL SetDllDirectoryW(LPCWSTR path) {
     if (const auto result = injected("SetDllDirectoryW")) {
         return static_cast<BOOL>(*result);
     }
-    const std::lock_guard guard(win32::state().mutex);
-    win32::state().searchDirectory = path != nullptr ? path : L"";
+    const std::lock_guard guard(win32::moduleState().mutex);
+    win32::moduleState().searchDirectory = path != nullptr ? path : L"";
     return TRUE;
 }
 

@@ -10,27 +10,27 @@
 namespace win32 {
 namespace {
 
-struct State {
+struct OutputState {
     std::mutex mutex;
     std::vector<MessageBox> boxes;
 };
 
 // Outlives every other static object, whichever asks last.
-State& state() {
-    static State* const instance = new State;
+OutputState& outputState() {
+    static OutputState* const instance = new OutputState;
     return *instance;
 }
 
 }  // namespace
 
 std::vector<MessageBox> messageBoxes() {
-    const std::lock_guard guard(state().mutex);
-    return state().boxes;
+    const std::lock_guard guard(outputState().mutex);
+    return outputState().boxes;
 }
 
 void detail::resetMessageBoxes() {
-    const std::lock_guard guard(state().mutex);
-    state().boxes.clear();
+    const std::lock_guard guard(outputState().mutex);
+    outputState().boxes.clear();
 }
 
 }  // namespace win32
@@ -53,8 +53,8 @@ int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type) {
     win32::detail::record("MessageBoxW", win32::detail::pointerText(owner) + ", " + utf8(text) +
                                              ", " + utf8(caption) + ", " + std::to_string(type));
     {
-        const std::lock_guard guard(win32::state().mutex);
-        win32::state().boxes.push_back(
+        const std::lock_guard guard(win32::outputState().mutex);
+        win32::outputState().boxes.push_back(
             {owner, utf8(text), utf8(caption), type, GetCurrentThreadId()});
     }
     return static_cast<int>(win32::detail::injected("MessageBoxW").value_or(IDOK));
