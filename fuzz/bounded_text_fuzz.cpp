@@ -56,9 +56,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (number == number) {
         const std::string whole = text + numbersText(integer, number) + text;
         // That of the input, and those at which something ends.
-        for (const std::size_t tried : {bound, std::size_t{0}, std::size_t{1}, std::size_t{254},
-                                        std::size_t{255}, std::size_t{256}, text.size(),
-                                        whole.size() - 1, whole.size(), whole.size() + 1}) {
+        for (const std::size_t tried :
+             {bound, std::size_t{0}, std::size_t{1}, std::size_t{254}, std::size_t{255},
+              std::size_t{256}, text.size(), whole.size() - 1, whole.size(), whole.size() + 1}) {
             checkBound(tried, text, integer, number, whole);
         }
         writeText(nullptr, 255, text, integer, number);

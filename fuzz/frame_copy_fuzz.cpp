@@ -89,24 +89,21 @@ void check(const Frame& frame, const Bytes& expected, const char* claim, const C
     std::fill_n(destination.get(), all, untouched);
     std::uint8_t* begin = destination.get() + frame.offset;
     copy(begin, std::span(source.get() + frame.sourceOffset, frame.source.size()));
-    require(std::all_of(destination.get(), begin,
-                        [](std::uint8_t byte) { return byte == untouched; }),
-            "nothing is written before the destination");
+    require(
+        std::all_of(destination.get(), begin, [](std::uint8_t byte) { return byte == untouched; }),
+        "nothing is written before the destination");
     require(std::equal(expected.begin(), expected.end(), begin), claim);
 }
 
 void checkCopies(const FrameCopyKernels& kernels, const Frame& frame, const Copies& expected) {
-    check(frame, expected.block, "a block is copied as it is", [&](std::uint8_t* to, auto from) {
-        kernels.block(to, from, expected.block.size());
-    });
-    check(frame, expected.shifted, "a shifted frame moves by one row and one column",
-          [&](std::uint8_t* to, auto from) {
-              kernels.shifted(to, from, frame.width, frame.height);
-          });
-    check(frame, expected.mosaic, "a mosaic takes a byte of each pixel, and nothing behind",
-          [&](std::uint8_t* to, auto from) {
-              kernels.mosaic(to, from, frame.width, frame.height);
-          });
+    check(frame, expected.block, "a block is copied as it is",
+          [&](std::uint8_t* to, auto from) { kernels.block(to, from, expected.block.size()); });
+    check(
+        frame, expected.shifted, "a shifted frame moves by one row and one column",
+        [&](std::uint8_t* to, auto from) { kernels.shifted(to, from, frame.width, frame.height); });
+    check(
+        frame, expected.mosaic, "a mosaic takes a byte of each pixel, and nothing behind",
+        [&](std::uint8_t* to, auto from) { kernels.mosaic(to, from, frame.width, frame.height); });
 }
 
 // The set that needs just these features, where the processor has them.

@@ -39,7 +39,9 @@ void checkNormalised(const std::string& key) {
 }
 
 void checkUnique(Keys& taken, const std::string& key) {
-    const auto isTaken = [&taken](std::string_view asked) { return taken.contains(std::string(asked)); };
+    const auto isTaken = [&taken](std::string_view asked) {
+        return taken.contains(std::string(asked));
+    };
     const std::string unique = uniqueKey(key, isTaken);
     require(unique.size() <= 254, "a unique key has 254 characters at most");
     const bool whole = unique == std::string_view(key).substr(0, 254);
