@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Any pieces into a host's buffer at every bound, against the C library's formats;
+// Any pieces into a host's buffer at any bound, against the C library's formats;
 // and text between UTF-8 and wide, where nothing but bad sequences may change.
 #include <cinttypes>
 
@@ -48,14 +48,18 @@ void checkConversion(const std::string& text) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     CFuzzInput input(data, size);
+    const std::size_t bound = input.take<std::uint16_t>() % 301;
     const auto integer = input.take<std::int32_t>();
     const auto serial = input.take<std::int64_t>();
     const auto number = input.take<double>();
     const std::string text = input.takeRest();
     if (number == number) {
         const std::string whole = text + numbersText(integer, number) + text;
-        for (std::size_t bound = 0; bound <= 300; ++bound) {
-            checkBound(bound, text, integer, number, whole);
+        // That of the input, and those at which something ends.
+        for (const std::size_t tried :
+             {bound, std::size_t{0}, std::size_t{1}, std::size_t{254}, std::size_t{255},
+              std::size_t{256}, text.size(), whole.size() - 1, whole.size(), whole.size() + 1}) {
+            checkBound(tried, text, integer, number, whole);
         }
         writeText(nullptr, 255, text, integer, number);
     }

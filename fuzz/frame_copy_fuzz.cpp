@@ -14,7 +14,8 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::uint8_t untouched = 0xEE;
-constexpr std::size_t mostPixels = 1 << 14;
+// As raw pixels twice as much as the kernels look ahead.
+constexpr std::size_t mostPixels = 1 << 11;
 
 struct Frame {
     std::int32_t width;
@@ -32,88 +33,95 @@ struct Frame {
     }
 };
 
-// Runs the copy into memory of exactly `size` bytes, with the same bytes each time.
-template <class Copy>
-Bytes result(const Frame& frame, std::size_t size, const Copy& copy) {
-    const auto source = std::make_unique<std::uint8_t[]>(frame.sourceOffset + frame.source.size());
-    std::copy(frame.source.begin(), frame.source.end(), source.get() + frame.sourceOffset);
-    const std::size_t all = frame.offset + size;
-    const auto destination = std::make_unique<std::uint8_t[]>(all);
-    std::fill_n(destination.get(), all, untouched);
-    copy(destination.get() + frame.offset,
-         std::span(source.get() + frame.sourceOffset, frame.source.size()));
-    require(std::all_of(destination.get(), destination.get() + frame.offset,
-                        [](std::uint8_t byte) { return byte == untouched; }),
-            "nothing is written before the destination");
-    return Bytes(destination.get() + frame.offset, destination.get() + all);
+// What each copy leaves in memory that was untouched before.
+struct Copies {
+    Bytes block;
+    Bytes shifted;
+    Bytes mosaic;
+};
+
+Bytes blockOf(const Frame& frame, std::size_t size) {
+    Bytes copied(size, untouched);
+    std::copy_n(frame.source.begin(), std::min(size, frame.source.size()), copied.begin());
+    return copied;
 }
 
-void checkBlock(const FrameCopyKernels& kernels, const Frame& frame, std::size_t size) {
-    const Bytes copied =
-        result(frame, size, [&](std::uint8_t* to, auto from) { kernels.block(to, from, size); });
-    for (std::size_t i = 0; i < size; ++i) {
-        require(copied[i] == frame.at(i, untouched), "a block is copied as it is");
-    }
-}
-
-void checkShifted(const FrameCopyKernels& kernels, const Frame& frame) {
+// Moved by one row and one column.
+Bytes shiftedOf(const Frame& frame) {
     const std::size_t columns = frame.columns();
-    const Bytes copied = result(frame, columns * frame.rows(), [&](std::uint8_t* to, auto from) {
-        kernels.shifted(to, from, frame.width, frame.height);
-    });
-    for (std::size_t i = 0; i < copied.size(); ++i) {
-        const bool isLast = i % columns == columns - 1 || i / columns == frame.rows() - 1;
-        require(copied[i] == (isLast ? untouched : frame.at(i + columns + 1, untouched)),
-                "a shifted frame moves by one row and one column");
+    Bytes copied(columns * frame.rows(), untouched);
+    for (std::size_t row = 0; row + 1 < frame.rows(); ++row) {
+        for (std::size_t column = 0; column + 1 < columns; ++column) {
+            const std::size_t place = row * columns + column;
+            copied[place] = frame.at(place + columns + 1, untouched);
+        }
     }
+    return copied;
 }
 
-void checkMosaic(const FrameCopyKernels& kernels, const Frame& frame) {
+// Rows from below; of a pair of columns the even one first.
+Bytes mosaicOf(const Frame& frame) {
     const std::size_t pairs = (frame.columns() + 1) / 2;
-    const std::size_t size = pairs * 2 * frame.rows();
-    const Bytes copied = result(frame, size, [&](std::uint8_t* to, auto from) {
-        kernels.mosaic(to, from, frame.width, frame.height);
-    });
+    Bytes copied(pairs * 2 * frame.rows(), untouched);
     std::size_t written = 0;
-    for (std::size_t i = 0; i < size; i += 2) {
+    for (std::size_t i = 0; i < copied.size(); i += 2) {
         const std::size_t row = frame.rows() - 1 - i / (pairs * 2);
         const std::size_t odd = row % 2;
         const std::size_t pixel = (row * frame.columns() + i % (pairs * 2)) * 4;
         if (pixel + odd < frame.source.size()) {
-            require(copied[written] == frame.source[pixel + odd], "an even column of the mosaic");
             const std::size_t next = pixel + 5 + odd;
             const bool follows = next < frame.columns() * frame.rows() * 4;
-            require(copied[written + 1] == (follows ? frame.at(next, 0) : 0),
-                    "an odd column of it");
+            copied[written] = frame.source[pixel + odd];
+            copied[written + 1] = follows ? frame.at(next, 0) : 0;
             written += 2;
         }
     }
-    require(std::all_of(copied.begin() + static_cast<std::ptrdiff_t>(written), copied.end(),
-                        [](std::uint8_t byte) { return byte == untouched; }),
-            "nothing is written behind the last pair of the mosaic");
+    return copied;
 }
 
-void checkCopies(const FrameCopyKernels& kernels, const Frame& frame, std::size_t blockSize) {
-    checkBlock(kernels, frame, blockSize);
-    checkShifted(kernels, frame);
-    checkMosaic(kernels, frame);
+// Runs the copy into memory of exactly as many bytes, from memory of exactly the source's.
+template <class Copy>
+void check(const Frame& frame, const Bytes& expected, const char* claim, const Copy& copy) {
+    const auto source = std::make_unique<std::uint8_t[]>(frame.sourceOffset + frame.source.size());
+    std::copy(frame.source.begin(), frame.source.end(), source.get() + frame.sourceOffset);
+    const std::size_t all = frame.offset + expected.size();
+    const auto destination = std::make_unique<std::uint8_t[]>(all);
+    std::fill_n(destination.get(), all, untouched);
+    std::uint8_t* begin = destination.get() + frame.offset;
+    copy(begin, std::span(source.get() + frame.sourceOffset, frame.source.size()));
+    require(
+        std::all_of(destination.get(), begin, [](std::uint8_t byte) { return byte == untouched; }),
+        "nothing is written before the destination");
+    require(std::equal(expected.begin(), expected.end(), begin), claim);
+}
+
+void checkCopies(const FrameCopyKernels& kernels, const Frame& frame, const Copies& expected) {
+    check(frame, expected.block, "a block is copied as it is",
+          [&](std::uint8_t* to, auto from) { kernels.block(to, from, expected.block.size()); });
+    check(
+        frame, expected.shifted, "a shifted frame moves by one row and one column",
+        [&](std::uint8_t* to, auto from) { kernels.shifted(to, from, frame.width, frame.height); });
+    check(
+        frame, expected.mosaic, "a mosaic takes a byte of each pixel, and nothing behind",
+        [&](std::uint8_t* to, auto from) { kernels.mosaic(to, from, frame.width, frame.height); });
 }
 
 // The set that needs just these features, where the processor has them.
-void checkSetFor(const ProcessorFeatures& needs, const Frame& frame, std::size_t blockSize) {
+void checkSetFor(const ProcessorFeatures& needs, const Frame& frame, const Copies& expected) {
     const ProcessorFeatures has = processorFeatures();
     if ((!needs.ssse3 || has.ssse3) && (!needs.avx2 || has.avx2)) {
-        checkCopies(frameCopyKernelsFor(needs), frame, blockSize);
+        checkCopies(frameCopyKernelsFor(needs), frame, expected);
     }
 }
 
-// Mostly small, and now and then at a limit.
-std::int32_t takeLength(CFuzzInput& input) {
+// No more than fits, and now and then the lowest number.
+std::int32_t takeLength(CFuzzInput& input, std::size_t most) {
     const auto length = input.take<std::int16_t>();
     if (length == std::numeric_limits<std::int16_t>::min()) {
         return std::numeric_limits<std::int32_t>::min();
     }
-    return length;
+    const auto limit = static_cast<std::int32_t>(most);
+    return length > limit ? length % limit : length;
 }
 
 }  // namespace
@@ -121,16 +129,13 @@ std::int32_t takeLength(CFuzzInput& input) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     CFuzzInput input(data, size);
     Frame frame{};
-    frame.width = takeLength(input);
-    frame.height = takeLength(input);
+    frame.width = takeLength(input, mostPixels);
+    frame.height = takeLength(input, mostPixels / std::max<std::size_t>(frame.columns(), 1));
     const auto offsets = input.take<std::uint8_t>();
     frame.offset = offsets % 65;
     frame.sourceOffset = offsets % 33;
     const auto length = input.take<std::uint16_t>();
     const std::string seed = input.takeRest();
-    if (frame.columns() * frame.rows() > mostPixels) {
-        return 0;
-    }
     // As long as the input asks for, but no longer than the frame.
     const std::size_t most = frame.columns() * frame.rows() * 4;
     frame.source.resize(std::min<std::size_t>(most, length));
@@ -140,9 +145,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             seed.empty() ? varied : static_cast<std::uint8_t>(seed[i % seed.size()] + varied);
     }
     const std::size_t blockSize = std::min<std::size_t>(length, mostPixels);
-    checkSetFor({}, frame, blockSize);
-    checkSetFor({.ssse3 = true}, frame, blockSize);
-    checkSetFor({.ssse3 = true, .avx2 = true}, frame, blockSize);
-    checkCopies(frameCopyKernels(), frame, blockSize);
+    const Copies expected{blockOf(frame, blockSize), shiftedOf(frame), mosaicOf(frame)};
+    // One of them is the set that this processor runs.
+    checkSetFor({}, frame, expected);
+    checkSetFor({.ssse3 = true}, frame, expected);
+    checkSetFor({.ssse3 = true, .avx2 = true}, frame, expected);
     return 0;
 }

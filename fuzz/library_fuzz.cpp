@@ -11,14 +11,6 @@
 #include "fuzz/fuzz_input.h"
 #include "platform/windows.h"
 
-// Every answer is memory of its own: the road of each block would cost more than the
-// calls that are tried. A finding is run again with the option set.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's name.
-extern "C" const char* __asan_default_options();
-extern "C" const char* __asan_default_options() {
-    return "malloc_context_size=1:quarantine_size_mb=32";
-}
-
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -70,7 +70,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     model.addFrame(std::move(frame));
     model.setState({}, 0.0);
     CJobs jobs;
-    CWorker worker;
+    // One thread for all inputs, idle at the end of each.
+    static CWorker& worker = *new CWorker;
     const CViewRoutes routes(model, jobs, worker, {port, token}, files);
 
     const HttpRequest request = requestOf(input);

@@ -1,10 +1,11 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
 # Usage: fuzz.sh [--keep] [RUNS | SECONDSs] [FUZZER...]
-# Lets the fuzzers search in turn, in slices of a minute, until all of them together have
-# run so many inputs (a hundred million by default; the count goes on where an earlier run
-# ended), or for so many seconds ("600s"). Ends with the first finding, whose input is
-# left in build/fuzz/findings. The counts lie in build/fuzz/executions.tsv.
+# Lets the fuzzers search in turn, as many at a time as there are processors, in slices of
+# a minute, until all of them together have run so many inputs (a hundred million by
+# default; the count goes on where an earlier run ended), or for so many seconds ("600s").
+# Ends with the first finding, whose input is left in build/fuzz/findings. The counts lie
+# in build/fuzz/executions.tsv.
 # --keep then adds to the kept corpus what is new, as few and as short inputs as cover it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -50,21 +51,21 @@ seconds=60
 search() {
     local fuzzer=$1 corpus=build/fuzz/searched/$1 log=build/fuzz/$1.log runs
     mkdir -p "$corpus"
-    if ! nice -n 19 "build/fuzz/bin/$fuzzer" -max_total_time=$seconds -max_len=512 -timeout=120 -entropic=0 -len_control=20 \
+    if ! nice -n 10 "build/fuzz/bin/$fuzzer" -max_total_time=$seconds -max_len=512 -timeout=120 -entropic=0 -len_control=20 \
         -rss_limit_mb=3000 -print_final_stats=1 -artifact_prefix=build/fuzz/findings/ \
         "$corpus" "fuzz/corpus/$fuzzer" >"$log" 2>&1; then
         tail -n 40 "$log" >&2
         echo "fuzz.sh: $fuzzer found something; its input is in build/fuzz/findings" >&2
-        exit 1
+        exit 255  # xargs begins no further one
     fi
     runs=$(sed -nE 's/^stat::number_of_executed_units: +//p' "$log")
     printf '%s\t%s\t%s\n' "$fuzzer" "$runs" "$seconds" >>"$counts"
 }
 
+export counts seconds
+export -f search
 while ! is_enough; do
-    for fuzzer in "${fuzzers[@]}"; do
-        search "$fuzzer"
-    done
+    printf '%s\n' "${fuzzers[@]}" | xargs -P "$(nproc)" -I{} bash -euo pipefail -c 'search {}'
     echo "$(executed) inputs so far"
 done
 

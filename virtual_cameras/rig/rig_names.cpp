@@ -9,8 +9,10 @@
 
 namespace virtual_cameras {
 
-Rig standardRig() {
-    return std::get<Rig>(rigByName("standard"));
+const Rig& standardRig() {
+    // Read once; a reset puts it in again for every test.
+    static const Rig& instance = *new Rig(std::get<Rig>(rigByName("standard")));
+    return instance;
 }
 
 std::variant<Rig, std::string> rigByName(std::string_view name) {

@@ -10,7 +10,7 @@
 
 namespace virtual_cameras {
 
-Rig standardRig();
+const Rig& standardRig();
 // A built-in rig, or the built-in rig and a scene for all of its cameras
 // ("standard:counter"). A message when there is none of that name.
 std::variant<Rig, std::string> rigByName(std::string_view name);
