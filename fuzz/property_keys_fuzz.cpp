@@ -9,9 +9,9 @@
 
 namespace {
 
-// More would have the numbers counted up again and again; a hundred and more are needed
-// for three digits.
-constexpr std::size_t mostNames = 64;
+// Enough for numbers of three digits. Each further name of the same text counts up from the
+// first number again.
+constexpr std::size_t mostNames = 128;
 
 using Keys = std::unordered_set<std::string>;
 

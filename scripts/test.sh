@@ -30,6 +30,7 @@ if [ "$tests" = build ]; then
     printf 'subdirs("%s")\n' "${presets[@]}" >build/CTestTestfile.cmake
 fi
 
+# One more than there are processors: what runs under Wine waits as often as it works.
 echo "== Testing"
 exec "${session[@]}" ctest --test-dir "$tests" --output-on-failure --no-tests=error \
-    --parallel "$(nproc)" "$@"
+    --parallel "$(($(nproc) + 1))" "$@"

@@ -16,22 +16,26 @@ using ByteSpan = std::span<std::uint8_t>;
 
 constexpr std::uint8_t untouchedByte = 0xEE;
 
-void fillWithPattern(std::span<std::uint8_t> bytes) {
-    std::uint32_t state = 4711;
-    for (std::uint8_t& byte : bytes) {
-        state = state * 1664525U + 1013904223U;
-        byte = static_cast<std::uint8_t>(state >> 24U);
+constexpr std::size_t mostBytes = std::size_t{5} << 20U;
+
+// What is copied. Filled once for all tests: none may write to it.
+class CPattern : public CGuardedPages {
+public:
+    CPattern() : CGuardedPages(mostBytes) {
+        std::uint32_t state = 4711;
+        for (std::uint8_t& byte : first(mostBytes)) {
+            state = state * 1664525U + 1013904223U;
+            byte = static_cast<std::uint8_t>(state >> 24U);
+        }
     }
-}
+};
 
 class GuardedFrameCopy : public KernelSetTest {
 protected:
-    GuardedFrameCopy() { fillWithPattern(m_source.first(mostBytes)); }
-
     // Runs `copy` with the set and with the scalar one, at either end of the memory.
     template <class Copy>
     void compare(std::size_t sourceSize, std::size_t destinationSize, const Copy& copy) {
-        const CGuardedPages& from = m_source;
+        static const CPattern from;
         const CGuardedPages& to = m_destination;
         compareAt(from.first(sourceSize), to.first(destinationSize), copy);
         compareAt(from.last(sourceSize), to.last(destinationSize), copy);
@@ -68,8 +72,6 @@ private:
         ASSERT_TRUE(std::equal(expected.begin(), expected.end(), destination.begin()));
     }
 
-    static constexpr std::size_t mostBytes = std::size_t{5} << 20U;
-    const CGuardedPages m_source{mostBytes};
     const CGuardedPages m_destination{mostBytes};
 };
 

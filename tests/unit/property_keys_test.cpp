@@ -6,17 +6,18 @@
 
 #include <clocale>
 #include <limits>
-#include <set>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace {
 
-using Keys = std::set<std::string, std::less<>>;
+using Keys = std::unordered_set<std::string>;
 
 std::string uniqueAmong(const Keys& taken, std::string_view key) {
-    return uniqueKey(key, [&taken](std::string_view asked) { return taken.contains(asked); });
+    return uniqueKey(
+        key, [&taken](std::string_view asked) { return taken.contains(std::string(asked)); });
 }
 
 TEST(Lowered, LowersAsciiLettersOnly) {

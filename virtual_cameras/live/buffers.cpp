@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "virtual_cameras/live/buffers.h"
 
-#include <algorithm>
 #include <map>
-#include <new>
 
 #include "virtual_cameras/calls/library_call.h"
 #include "virtual_cameras/calls/library_state.h"
@@ -23,16 +21,6 @@ struct Collections {
 Collections& collections() {
     static Collections& instance = *new Collections;
     return instance;
-}
-
-// From the system, which brings zeros only when a page is used: most rings of large
-// frames go before a frame has come.
-std::uint8_t* zeroedMemory(std::size_t bytes) {
-    void* memory = std::calloc(std::max<std::size_t>(bytes, 1), 1);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return static_cast<std::uint8_t*>(memory);
 }
 
 }  // namespace
@@ -68,10 +56,9 @@ using virtual_cameras::alive;
 using virtual_cameras::CLibraryCall;
 using virtual_cameras::CMonitorGuard;
 using virtual_cameras::NoCamera;
-using virtual_cameras::zeroedMemory;
 
 MemBuffer::Implementation::Implementation(std::uint32_t ringIndex, std::uint32_t bytes)
-    : index(ringIndex), size(bytes), memory(zeroedMemory(bytes)) {
+    : index(ringIndex), size(bytes), memory(std::make_unique<std::uint8_t[]>(bytes)) {
     alive().buffers.fetch_add(1, std::memory_order_relaxed);
 }
 

@@ -4,19 +4,10 @@
 
 #include <atomic>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <vector>
 
 #include "capture/library/mem_buffer.h"
-
-namespace virtual_cameras {
-
-struct FreeMemory {
-    void operator()(std::uint8_t* memory) const noexcept { std::free(memory); }
-};
-
-}  // namespace virtual_cameras
 
 namespace DShowLib {
 
@@ -29,7 +20,7 @@ struct MemBuffer::Implementation {
 
     const std::uint32_t index;
     const std::uint32_t size;
-    const std::unique_ptr<std::uint8_t[], virtual_cameras::FreeMemory> memory;  // zeroed at first
+    const std::unique_ptr<std::uint8_t[]> memory;  // zeroed at first
     // What was read from the buffer before it was unlocked happens before it is
     // filled again.
     std::atomic<std::int32_t> locks{0};
