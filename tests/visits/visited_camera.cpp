@@ -67,7 +67,7 @@ const std::vector<VisitedCamera>& visitedCameras() {
         {"standard", 4, "StandardGrabber"},
         {"failing-open", 0, "FailingOpenBroken"},
         {"failing-open", 1, "FailingOpenMono"},
-        {"throwing", 0, "ThrowingBroken"},
+        {"throwing", 0, "ThrowingBroken", "The video capture device could not be initialised."},
         {"throwing", 1, "ThrowingMono"},
         {"odd", 0, "OddMono"},
         {"odd", 1, "OddColour"},

@@ -11,8 +11,9 @@ namespace visits {
 
 struct VisitedCamera {
     const char* rig;
-    std::uint32_t position;  // in its rig
-    const char* name;        // for the names of tests
+    std::uint32_t position;   // in its rig
+    const char* name;         // for the names of tests
+    const char* throws = "";  // at each opening
 };
 void PrintTo(const VisitedCamera& camera, std::ostream* out);
 
