@@ -16,8 +16,8 @@ function(velmora_sources result)
     set(${result} ${found} PARENT_SCOPE)
 endfunction()
 
-# Compiles the target's sources eight at a time, which halves the time of a build from
-# nothing; a build after a change of one source takes longer by it. Only sources of one
+# Compiles the target's sources eight at a time: the headers that they share are compiled
+# once for the eight, but so is everything after a change of one. Only sources of one
 # folder come together, so that two folders may use a name in their unnamed namespaces.
 # Not for a library of which a program links the objects that it needs.
 function(velmora_compile_together target)

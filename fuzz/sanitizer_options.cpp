@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// For the searches: the road of each block of memory would cost more than the calls that
-// are tried, and memory that waits for late uses should stay near the processor. A finding
-// is run again with ASAN_OPTIONS=malloc_context_size=30.
+// For the searches: to keep each block's call stack would cost more than the calls that are
+// tried, and freed memory that waits for late uses should fit the processor's caches. A
+// finding is run again with ASAN_OPTIONS=malloc_context_size=30.
 
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's name.
 extern "C" const char* __asan_default_options();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Identifiers of items and elements as the capture library gives them.
+// Identifiers of items and elements as the capture library gives them, written out so that
+// a wrong one of ours is noticed.
 #pragma once
 
 #include "capture/capture_library.h"
