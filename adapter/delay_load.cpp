@@ -12,7 +12,7 @@ namespace {
 
 // NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables): the linker's helper
 // calls the hook without a context.
-HMODULE adapterModule = nullptr;
+HMODULE importer = nullptr;
 HMODULE libraryModule = nullptr;
 HMODULE wholeLibrary = nullptr;  // known to have every function
 bool lacksFunction = false;
@@ -22,7 +22,7 @@ bool lacksFunction = false;
 template <class Target>
 const Target* atOffset(std::uint64_t offset) {
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the module's handle is its address.
-    return reinterpret_cast<const Target*>(reinterpret_cast<std::uintptr_t>(adapterModule) +
+    return reinterpret_cast<const Target*>(reinterpret_cast<std::uintptr_t>(importer) +
                                            static_cast<std::uintptr_t>(offset));
 }
 
@@ -71,7 +71,7 @@ decltype(__pfnDliNotifyHook2) __pfnDliNotifyHook2 = &bindCall;
 }
 
 void bindDelayedCalls(HMODULE adapter, HMODULE library) noexcept {
-    adapterModule = adapter;
+    importer = adapter;
     libraryModule = library;
 }
 

@@ -1,7 +1,7 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
-# The memory of the clang-tidy check, on a small tree of two sources and a header: what
-# passed is not checked again until something changes that was read for it.
+# The clang-tidy check on a small tree: what passed is not checked again until something
+# changes that was read for it, and sources that are checked together hide nothing.
 set -euo pipefail
 scripts=$(cd "$(dirname "$0")" && pwd)
 tree=$(mktemp -d)
@@ -9,7 +9,7 @@ trap 'rm -rf "$tree"' EXIT
 failures=0
 
 mkdir -p "$tree/scripts" "$tree/tools" "$tree/parts" "$tree/build/native"
-cp "$scripts/check_tidy.sh" "$scripts/tidy_digest.sh" "$tree/scripts"
+cp "$scripts/check_tidy.sh" "$scripts/tidy_batches.py" "$scripts/tidy_digest.sh" "$tree/scripts"
 cat >"$tree/.clang-tidy" <<'END'
 Checks: '-*,modernize-use-nullptr'
 WarningsAsErrors: '*'
@@ -19,14 +19,17 @@ echo 'inline int* part() { return nullptr; }' >"$tree/parts/part.h"
 printf '#include "parts/part.h"\nint* one() { return part(); }\n' >"$tree/parts/one.cpp"
 echo 'int two() { return 2; }' >"$tree/parts/two.cpp"
 
-# As CMake writes it.
+# compile_commands FLAGS [NAME...]: as CMake writes it. Only one and two differ in what
+# they are compiled with.
 compile_commands() {
-    local name comma=
+    local name flags comma=
     echo '['
-    for name in one two; do
+    for name in one two "${@:2}"; do
+        flags=$1
+        case $name in one | two) flags="-DNAME=\\\\\\\"$name\\\\\\\" $1" ;; esac
         printf '%s{\n  "directory": "%s",\n  "command": "%s",\n  "file": "%s"\n}' "$comma" \
             "$tree/build/native" \
-            "/usr/bin/g++ -DNAME=\\\\\\\"$name\\\\\\\" $1 -I$tree -o $name.o -c $tree/parts/$name.cpp" \
+            "/usr/bin/g++ $flags -I$tree -o $name.o -c $tree/parts/$name.cpp" \
             "$tree/parts/$name.cpp"
         comma=$',\n'
     done
@@ -54,7 +57,7 @@ expect() {
     local outcome=pass output
     output=$("$tree/scripts/check_tidy.sh" "$tree/build/native" 2>&1) || outcome=fail
     if [ "$outcome" != "$2" ] ||
-        [ "$(tail -n 1 <<<"$output")" != "2 sources: $3 checked, $4 passed before" ]; then
+        [ "$(tail -n 1 <<<"$output")" != "$(($3 + $4)) sources: $3 checked, $4 passed before" ]; then
         printf '%s: expected %s, %s checked, %s passed before, found %s:\n%s\n' \
             "$1" "$2" "$3" "$4" "$outcome" "$output" >&2
         failures=$((failures + 1))
@@ -110,6 +113,32 @@ echo 'int five();' >>"$tree/parts/part.h"
 "$tree/scripts/check_tidy.sh" "$tree/build/native" >/dev/null || failures=$((failures + 1))
 wait $! || failures=$((failures + 1))
 expect 'a run after two at once' pass 0 2
+
+names='alike_a alike_b alike_c'
+for name in $names; do
+    printf '#include "parts/part.h"\nint* %s() { return part(); }\n' "$name" >"$tree/parts/$name.cpp"
+done
+compile_commands "-I$tree/build/native" $names >"$tree/build/native/compile_commands.json"
+expect 'three sources that are compiled alike' pass 3 2
+expect 'the three again' pass 0 5
+echo '// ' >>"$tree/parts/alike_b.cpp"
+expect 'another of the three' pass 3 2
+echo 'namespace { int* same() { return nullptr; } }' | tee -a "$tree/parts/alike_a.cpp" >>"$tree/parts/alike_c.cpp"
+expect 'two that can not be compiled together' pass 3 2
+echo 'int* bad() { return 0; }' >>"$tree/parts/alike_c.cpp"
+expect 'a finding in one that can not be compiled together' fail 3 2
+expect 'the same once more' fail 3 2
+sed -i '/same/d' "$tree/parts/alike_a.cpp"
+expect 'a finding in one of three' fail 3 2
+output=$("$tree/scripts/check_tidy.sh" "$tree/build/native" "$tree/parts/alike_c.cpp" 2>&1) && failures=$((failures + 1))
+if ! grep -q "^$tree/parts/alike_c.cpp:4:21: error: use nullptr" <<<"$output"; then
+    printf 'the finding of a source that was named: %s\n' "$output" >&2
+    failures=$((failures + 1))
+fi
+sed -i '/bad/d' "$tree/parts/alike_c.cpp"
+expect 'the three as they were' pass 3 2
+echo 'this is no source' >>"$tree/parts/alike_b.cpp"
+expect 'one that does not compile' fail 3 2
 if compgen -G "$tree/build/tidy_cache/new.*" >/dev/null; then
     echo 'unfinished entries were left' >&2
     failures=$((failures + 1))

@@ -1,13 +1,15 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
-# Usage: tidy_digest.sh BUILD SOURCE
-# Prints a digest of everything that clang-tidy's verdict on the source depends on: the
-# tool, its configuration, how the source is compiled, and the content of every file
-# that is then read. Fails where that cannot be found out.
+# Usage: tidy_digest.sh BUILD FILE SOURCE
+# Prints a digest of everything that clang-tidy's verdict on the file depends on: the
+# tool, its configuration for the source (the file itself, or one that it includes), how
+# the file is compiled, and the content of every file that is then read. Fails where that
+# cannot be found out.
 set -euo pipefail
 shopt -s inherit_errexit
 build=$1
-source=$2
+file=$2
+source=$3
 scripts=$(cd "$(dirname "$0")" && pwd)
 
 tidy=clang-tidy-14
@@ -17,12 +19,13 @@ if ! command -v "$tidy" >/dev/null; then
     compiler=clang++
 fi
 
-# Folder and command, line by line, of each compilation of the source.
-compilations=$(awk -v file="  \"file\": \"$source\"" '
-    /^  "directory": / { folder = $0 }
-    /^  "command": /   { command = $0 }
-    index($0, file) == 1 { print folder; print command }' "$build/compile_commands.json" |
-    sed -E 's/^  "[a-z]+": "(.*)",?$/\1/; s/\\(.)/\1/g')
+# Folder and command, line by line, of each compilation of the file.
+compilations=$(python3 -B -c '
+import json, sys
+for entry in json.load(open(sys.argv[1])):
+    if entry["file"] == sys.argv[2]:
+        print(entry["directory"], entry["command"], sep="\n")
+' "$build/compile_commands.json" "$file")
 [ -n "$compilations" ]
 
 # The files of a list of dependencies as compilers write it, which breaks lines with a
@@ -37,7 +40,7 @@ printed_digest() {
 
 {
     "$tidy" --version
-    cat "$scripts/check_tidy.sh" "$scripts/tidy_digest.sh"
+    cat "$scripts/check_tidy.sh" "$scripts/tidy_batches.py" "$scripts/tidy_digest.sh"
     folder=$source
     while [ "$folder" != / ]; do
         folder=$(dirname "$folder")
