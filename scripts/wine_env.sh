@@ -26,7 +26,8 @@ export VELMORA_WINE_SESSION=$$
 # would keep a crashed program alive.
 export WINEDLLOVERRIDES='mscoree,mshtml=;winedbg.exe=d'
 
-display_file=$(mktemp)
+scratch=$(mktemp -d)
+display_file=$scratch/display
 Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$display_file" 9>&- 2>/dev/null &
 screen=$!
 
@@ -35,7 +36,7 @@ finish() {
     wineserver -w 2>/dev/null || true
     kill "$screen" 2>/dev/null || true
     wait "$screen" 2>/dev/null || true
-    rm -f "$display_file"
+    rm -rf "$scratch"
 }
 trap finish EXIT
 
@@ -63,5 +64,10 @@ wineserver -p 9>&-
 # Brings up Wine's services and its desktop here. They would else be children of the
 # first program, and hold the pipe that its output is read from.
 wine rundll32 user32.dll,GetDesktopWindow >/dev/null 2>&1 </dev/null 9>&-
+# The desktop goes a second after the last program that could use it, so one stays that
+# waits for a line of text until the session ends.
+mkfifo "$scratch/never_written"
+exec 8<>"$scratch/never_written"
+wine cmd <"$scratch/never_written" >/dev/null 2>&1 8>&- 9>&- &
 
-"$@" 9>&-
+"$@" 8>&- 9>&-
