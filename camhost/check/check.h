@@ -18,6 +18,8 @@ namespace camhost {
 // Ends the walk through a list that has no end of its own.
 inline constexpr std::int32_t longestList = 10000;
 
+inline constexpr const char* pixelFormatKey = "pixelformat";
+
 enum class Said { Anything, Nothing, Something };
 
 // What a call has to answer; what is left out may be anything.

@@ -7,8 +7,6 @@ namespace camhost {
 
 namespace {
 
-constexpr const char* pixelFormat = "pixelformat";
-
 void contextsDiffer(CCheck& check) {
     check.expect(check.neighbour().record().context != check.host().record().context,
                  "they are the same");
@@ -53,12 +51,12 @@ void stoppingOneLeavesTheOther(CCheck& check) {
 void settingsAreTheirOwn(CCheck& check) {
     check.neighbour();
     check.goStopped();
-    const auto before = check.neighbour().get(pixelFormat).text;
+    const auto before = check.neighbour().get(pixelFormatKey).text;
     if (!before) {
         throw NotSupported{"there is no pixelformat"};
     }
-    check.host().set(pixelFormat, *before == "Mono8" ? "rgb24" : "mono8");
-    const auto after = check.neighbour().get(pixelFormat).text;
+    check.host().set(pixelFormatKey, *before == "Mono8" ? "rgb24" : "mono8");
+    const auto after = check.neighbour().get(pixelFormatKey).text;
     check.expect(after == before, "the other's pixelformat is " + after.value_or("not there"));
 }
 

@@ -60,7 +60,7 @@ Answer execute(CHostCalls& host) {
     return host.execute("propertydialog");
 }
 Answer get(CHostCalls& host) {
-    return host.get("pixelformat");
+    return host.get(pixelFormatKey);
 }
 Answer set(CHostCalls& host) {
     return host.set("pixelformat", "mono8");

@@ -66,7 +66,7 @@ constexpr Claim frameTable[] = {
 
 void chooseType(CCheck& check, const PixelType& type) {
     check.goStopped();
-    if (const Answer answer = check.host().set("pixelformat", type.name); !answer.isDone()) {
+    if (const Answer answer = check.host().set(pixelFormatKey, type.name); !answer.isDone()) {
         throw NotSupported{std::string(type.name) + ": SetPropertyValue " + told(answer)};
     }
 }

@@ -9,7 +9,6 @@ namespace camhost {
 namespace {
 
 constexpr Wanted done{.result = HOST_RESULT_SUCCESS};
-constexpr const char* pixelFormat = "pixelformat";
 
 Wanted doneWith(std::uint32_t word) {
     return {.result = HOST_RESULT_SUCCESS, .word = word};
@@ -74,13 +73,13 @@ void unknownCommand(CCheck& check) {
 }
 
 void getValue(CCheck& check) {
-    const Answer answer = check.host().get(pixelFormat);
+    const Answer answer = check.host().get(pixelFormatKey);
     check.expectAnswer(answer, done);
     check.expect(answer.text && !answer.text->empty(), told(answer));
 }
 
 void setValue(CCheck& check) {
-    check.expectAnswer(check.host().set(pixelFormat, present(check, pixelFormat)), done);
+    check.expectAnswer(check.host().set(pixelFormatKey, present(check, pixelFormatKey)), done);
 }
 
 void getName(CCheck& check) {
@@ -101,7 +100,7 @@ void getChoice(CCheck& check) {
 }
 
 void getAttribute(CCheck& check) {
-    check.expectAnswer(check.host().attribute(pixelFormat, 1), {.text = "No comment."});
+    check.expectAnswer(check.host().attribute(pixelFormatKey, 1), {.text = "No comment."});
 }
 
 // The same calls in both states, each as a claim of its own.
@@ -149,8 +148,8 @@ void refusedWhileLive(CCheck& check, const char* key, const std::string& wanted)
 }
 
 void pixelFormatIsRefused(CCheck& check) {
-    refusedWhileLive(check, pixelFormat,
-                     present(check, pixelFormat) == "Mono8" ? "rgb24" : "mono8");
+    refusedWhileLive(check, pixelFormatKey,
+                     present(check, pixelFormatKey) == "Mono8" ? "rgb24" : "mono8");
 }
 
 void videoFormatIsRefused(CCheck& check) {

@@ -45,8 +45,8 @@ std::vector<std::string> CSavedSettings::changed(CHostCalls& host) const {
 
 void CSavedSettings::putBack(CHostCalls& host) const {
     // A format may have changed the rate behind it, so once more.
-    constexpr int rounds = 2;
-    for (int round = 0; round < rounds; ++round) {
+    constexpr int attempts = 2;
+    for (int round = 0; round < attempts; ++round) {
         for (const std::string& key : changed(host)) {
             if (const auto guard = autoSwitchFor(key, m_keys)) {
                 host.set(*guard, "false");

@@ -47,7 +47,7 @@ struct Row {
     const char* line;
 };
 
-const Row rows[] = {
+const Row wrongThings[] = {
     {Wrong::RecordSize, "Record: the size is 632"},
     {Wrong::GapWritten, "Record: the two gaps stay unwritten"},
     {Wrong::WrittenBehindTheRecord, "Record: nothing is written before or behind it"},
@@ -118,7 +118,7 @@ TEST_P(AdapterWrongInOneThing, FailsInTheOneLineThatIsAboutIt) {
     EXPECT_THAT(failedLines(outcome.out), ElementsAre(GetParam().line)) << outcome.out;
 }
 
-INSTANTIATE_TEST_SUITE_P(Check, AdapterWrongInOneThing, testing::ValuesIn(rows));
+INSTANTIATE_TEST_SUITE_P(Check, AdapterWrongInOneThing, testing::ValuesIn(wrongThings));
 
 TEST(Check, AnAdapterThatKeepsTheContractPasses) {
     CCheckedSystem system;

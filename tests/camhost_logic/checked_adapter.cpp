@@ -208,23 +208,23 @@ std::int32_t getVideoChannel(void*, std::int32_t index, VideoChannelRecord* reco
     return 0;
 }
 
-CheckedAdapter adapter;
+CheckedAdapter checkedAdapter;
 
 }  // namespace
 
 CCheckedSystem::CCheckedSystem(Wrong wrong, std::size_t count) {
-    current = &adapter;
-    adapter = {};
-    adapter.system = this;
-    adapter.wrong = wrong;
+    current = &checkedAdapter;
+    checkedAdapter = {};
+    checkedAdapter.system = this;
+    checkedAdapter.wrong = wrong;
     for (std::size_t i = 0; i < count; ++i) {
         auto camera = std::make_unique<CheckedCamera>();
         camera->name = "SIM Checked " + std::to_string(i + 1);
         camera->serial = i == 0 || wrong == Wrong::SameSerial ? "1A2B" : "77C01";
         camera->settings = ordinarySettings();
-        adapter.cameras.push_back(std::move(camera));
+        checkedAdapter.cameras.push_back(std::move(camera));
     }
-    CheckedCamera& first = *adapter.cameras.front();
+    CheckedCamera& first = *checkedAdapter.cameras.front();
     if (wrong == Wrong::LongName) {
         first.name = std::string(254, 'n');
     } else if (wrong == Wrong::SmallSerial) {
@@ -234,7 +234,7 @@ CCheckedSystem::CCheckedSystem(Wrong wrong, std::size_t count) {
 
 CCheckedSystem::~CCheckedSystem() {
     current = nullptr;
-    adapter = {};
+    checkedAdapter = {};
 }
 
 GetVideoChannelEntry CCheckedSystem::loadAdapter(const std::string&) {
@@ -242,7 +242,7 @@ GetVideoChannelEntry CCheckedSystem::loadAdapter(const std::string&) {
 }
 
 std::map<std::string, std::string> CCheckedSystem::settings() const {
-    return adapter.cameras.front()->settings;
+    return checkedAdapter.cameras.front()->settings;
 }
 
 }  // namespace camhost::test

@@ -10,25 +10,25 @@
 
 namespace {
 
-using Bytes = std::array<std::uint8_t, 16>;
+using Subtype = std::array<std::uint8_t, 16>;
 
 // The subtype as it lies in memory, little-endian.
-Bytes subtypeOf(std::uint32_t code) {
+Subtype subtypeOf(std::uint32_t code) {
     const GUID subtype = ColorformatToSubtype(static_cast<ColorFormat>(code));
-    static_assert(sizeof(subtype) == sizeof(Bytes));
-    Bytes bytes{};
+    static_assert(sizeof(subtype) == sizeof(Subtype));
+    Subtype bytes{};
     std::memcpy(bytes.data(), &subtype, bytes.size());
     return bytes;
 }
 
 // {E436EBxx-524F-11CE-9F53-0020AF0BA770}
-Bytes rgb(std::uint8_t last) {
+Subtype rgb(std::uint8_t last) {
     return {last, 0xEB, 0x36, 0xE4, 0x4F, 0x52, 0xCE, 0x11,
             0x9F, 0x53, 0x00, 0x20, 0xAF, 0x0B, 0xA7, 0x70};
 }
 
 // {xxxxxxxx-0000-0010-8000-00AA00389B71}
-Bytes fourCharacters(char a, char b, char c, char d) {
+Subtype fourCharacters(char a, char b, char c, char d) {
     return {static_cast<std::uint8_t>(a),
             static_cast<std::uint8_t>(b),
             static_cast<std::uint8_t>(c),
@@ -75,10 +75,10 @@ TEST(ColorFormats, FieldsOfTheFourCharacterSubtypeAreLittleEndian) {
 }
 
 TEST(ColorFormats, UnknownCodesHaveTheNullSubtype) {
-    EXPECT_EQ(Bytes{}, subtypeOf(0));
-    EXPECT_EQ(Bytes{}, subtypeOf(13));
-    EXPECT_EQ(Bytes{}, subtypeOf(0x80000007));
-    EXPECT_EQ(Bytes{}, subtypeOf(std::numeric_limits<std::uint32_t>::max()));
+    EXPECT_EQ(Subtype{}, subtypeOf(0));
+    EXPECT_EQ(Subtype{}, subtypeOf(13));
+    EXPECT_EQ(Subtype{}, subtypeOf(0x80000007));
+    EXPECT_EQ(Subtype{}, subtypeOf(std::numeric_limits<std::uint32_t>::max()));
 }
 
 TEST(ColorFormats, CodesAreTheLibrarysNumbers) {
