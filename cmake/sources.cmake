@@ -27,11 +27,6 @@ function(velmora_compile_together target)
         return()
     endif()
     set(at_a_time 16)
-    # GNU's linker takes a time that grows with the square of the functions in an object,
-    # and code that is not optimised has thousands.
-    if(WIN32 AND folder MATCHES "^${PROJECT_SOURCE_DIR}/tests")
-        set(at_a_time 4)
-    endif()
     get_target_property(sources ${target} SOURCES)
     list(FILTER sources INCLUDE REGEX "\\.cpp$")
     foreach(source IN LISTS sources)

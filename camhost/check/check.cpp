@@ -62,6 +62,21 @@ CHostCalls& CCheck::neighbour() {
     return m_all[m_place == 0 ? 1 : 0];
 }
 
+const ListedNames& CCheck::listedNames() {
+    if (!m_listedNames) {
+        m_listedNames.emplace();
+        for (std::int32_t index = 0; index < longestList; ++index) {
+            const Answer answer = m_host.name(index);
+            if (!answer.isDone()) {
+                m_listedNames->end = answer;
+                break;
+            }
+            m_listedNames->names.push_back(answer.text.value_or(""));
+        }
+    }
+    return *m_listedNames;
+}
+
 const std::vector<std::string>& CCheck::keys() {
     if (!m_keys) {
         m_keys.emplace();

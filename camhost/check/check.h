@@ -30,6 +30,11 @@ struct Wanted {
     std::optional<std::string> text{};
 };
 
+struct ListedNames {
+    std::vector<std::string> names;
+    std::optional<Answer> end;  // nothing when there was none
+};
+
 // Waits up to five times.
 bool frameComes(CHostCalls& host);
 
@@ -51,6 +56,8 @@ public:
     std::size_t place() const { return m_place; }
     CHostCalls& neighbour();  // throws NotSupported without one
 
+    // The list of names as it came when first asked for.
+    const ListedNames& listedNames();
     // The full list, hidden names included; shorter where that list has no end.
     const std::vector<std::string>& keys();
     bool hasKey(const std::string& key);
@@ -85,6 +92,7 @@ private:
     std::size_t m_place = 0;
     CHostCalls m_host;
     std::vector<std::string> m_reasons;
+    std::optional<ListedNames> m_listedNames;
     std::optional<std::vector<std::string>> m_keys;
     std::optional<CSavedSettings> m_saved;
     Answer m_start;

@@ -14,26 +14,8 @@ namespace {
 
 constexpr const char* noSetting = "no such setting";
 
-struct Names {
-    std::vector<std::string> names;
-    std::optional<Answer> end;  // nothing when there was none
-};
-
-Names listedNames(CCheck& check) {
-    Names list;
-    for (std::int32_t index = 0; index < longestList; ++index) {
-        const Answer answer = check.host().name(index);
-        if (!answer.isDone()) {
-            list.end = answer;
-            break;
-        }
-        list.names.push_back(answer.text.value_or(""));
-    }
-    return list;
-}
-
-Names endingList(CCheck& check) {
-    Names list = listedNames(check);
+const ListedNames& endingList(CCheck& check) {
+    const ListedNames& list = check.listedNames();
     if (!list.end) {
         throw NotSupported{"the list of names does not end"};
     }
@@ -41,7 +23,7 @@ Names endingList(CCheck& check) {
 }
 
 void namesEnd(CCheck& check) {
-    check.expect(listedNames(check).end.has_value(), "no end at " + std::to_string(longestList));
+    check.expect(check.listedNames().end.has_value(), "no end at " + std::to_string(longestList));
 }
 
 void nameBehindTheLastIsEmpty(CCheck& check) {
@@ -49,7 +31,7 @@ void nameBehindTheLastIsEmpty(CCheck& check) {
 }
 
 void namesAreInOrder(CCheck& check) {
-    const Names list = endingList(check);
+    const ListedNames& list = endingList(check);
     const auto wrong = std::is_sorted_until(list.names.begin(), list.names.end());
     check.expect(wrong == list.names.end(),
                  "\"" + (wrong == list.names.end() ? "" : *wrong) + "\" comes too late");
