@@ -14,9 +14,6 @@
 
 namespace {
 
-const MessageBoxSeen libraryMissing = {
-    L"Velmora Adapter", L"Runtime Libraries not found!", false, false, false, {L"OK"}};
-
 // A whole library but for one function, whose exported name gets another last letter, as
 // either kind of compiler mangles it.
 void removeExport(const std::wstring& file, const std::string& function) {

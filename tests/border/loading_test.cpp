@@ -9,9 +9,6 @@
 
 namespace {
 
-const MessageBoxSeen libraryMissing = {
-    L"Velmora Adapter", L"Runtime Libraries not found!", false, false, false, {L"OK"}};
-
 class Loading : public ::testing::Test {
 protected:
     Loading() { m_folder.addAdapter(); }

@@ -23,6 +23,10 @@ struct MessageBoxSeen {
 // "caption | text | icon | buttons" for messages of tests.
 void PrintTo(const MessageBoxSeen& seen, std::ostream* stream);
 
+// The adapter's, where no capture library can be started.
+inline const MessageBoxSeen libraryMissing = {
+    L"Velmora Adapter", L"Runtime Libraries not found!", false, false, false, {L"OK"}};
+
 // One at a time. A message box is met when it becomes active: no polling, and no
 // box stays open.
 class CMessageBoxes {
