@@ -215,9 +215,12 @@ void CHost::getChannel() {
     if (result == HOST_RESULT_SUCCESS) {
         require(std::memchr(record->deviceName, 0, 254) != nullptr, "a name is whole");
         require(std::memchr(record->serialText, 0, 256) != nullptr, "a serial text is whole");
-        const bool isRestored = false;
-        m_channels.push_back(
-            {*record, record->maxWidth, record->maxHeight, isRestored, isRestored});
+        Channel channel{*record, record->maxWidth, record->maxHeight, false, false};
+        changeAll(record->context, [&channel](const Channel& known) {
+            channel.isRestored = known.isRestored;
+            channel.isResized = known.isResized;
+        });
+        m_channels.push_back(channel);
     }
 }
 

@@ -68,6 +68,9 @@ private:
 
     template <class Call>
     std::int32_t guarded(const Call& call);
+    // A camera that was asked for twice is one channel, and two in the list.
+    template <class Change>
+    void changeAll(const void* channelContext, const Change& change);
 
     std::vector<Channel> m_channels;
     std::uint8_t m_who = 0;     // of the call that begins
@@ -96,6 +99,15 @@ std::int32_t CHost::guarded(const Call& call) {
     } catch (const std::exception&) {
     }
     return hasThrown;
+}
+
+template <class Change>
+void CHost::changeAll(const void* channelContext, const Change& change) {
+    for (Channel& channel : m_channels) {
+        if (channel.record.context == channelContext) {
+            change(channel);
+        }
+    }
 }
 
 }  // namespace any_library

@@ -32,16 +32,18 @@ void CHost::startAcquisition() {
     const std::int32_t result = guarded(
         [&] { return m_channels[which].record.StartAcquisition(message.data(), context()); });
     require(message.isWhole(), "a message is whole");
+    const void* started = m_channels[which].record.context;
     if (result == HOST_RESULT_SUCCESS) {
         require(world().liveStarts == before + 1, "a start starts");
-        Channel& channel = m_channels[which];
-        channel.width = world().toldWidth;
-        channel.height = world().toldHeight;
-        channel.isRestored = false;
-        channel.isResized = false;
+        changeAll(started, [](Channel& channel) {
+            channel.width = world().toldWidth;
+            channel.height = world().toldHeight;
+            channel.isRestored = false;
+            channel.isResized = false;
+        });
     } else if (world().liveStarts != before) {
         // Live, perhaps, without having told its size.
-        m_channels[which].isRestored = true;
+        changeAll(started, [](Channel& channel) { channel.isRestored = true; });
     }
 }
 
@@ -84,7 +86,8 @@ void CHost::waitFrame() {
     require(message.isWhole(), "a message is whole");
     require(message.isUntouched() || result != HOST_RESULT_SUCCESS, "a success has no message");
     if (world().liveStarts != before) {
-        m_channels[which].isRestored = true;
+        changeAll(m_channels[which].record.context,
+                  [](Channel& channel) { channel.isRestored = true; });
     }
     const bool isTold = *status == HOST_STATUS_DONE || *status == HOST_STATUS_NO_FRAME ||
                         *status == HOST_STATUS_NO_DEVICE;
