@@ -21,9 +21,9 @@ endfunction()
 # folder come together, so that two folders may use a name in their unnamed namespaces.
 # Not for a library of which a program links the objects that it needs.
 function(velmora_compile_together target)
-    get_target_property(folder ${target} SOURCE_DIR)
+    get_target_property(target_folder ${target} SOURCE_DIR)
     if(NOT VELMORA_COMPILE_TOGETHER OR (VELMORA_COMPILE_TOGETHER STREQUAL "TESTS" AND
-                                        NOT folder MATCHES "^${PROJECT_SOURCE_DIR}/(tests|fuzz)"))
+                                        NOT target_folder MATCHES "^${PROJECT_SOURCE_DIR}/(tests|fuzz)"))
         return()
     endif()
     set(at_a_time 16)

@@ -1,8 +1,7 @@
 # SPDX-License-Identifier: MIT
-# A quick linker for test programs of Windows that are made elsewhere: GNU's looks for the
-# section of each symbol in a list of all, and test code has tens of thousands of both. It
-# takes 40 s for camhost's logic tests, LLVM's half a second. What we ship is linked by
-# GNU's.
+# A quick linker for test programs of Windows that are made elsewhere. Code that is not
+# optimised comes in tens of thousands of sections: GNU's linker takes 40 s for those of
+# camhost's logic tests, LLVM's half a second. What we ship is linked by GNU's.
 # A macro, since the rule holds for the folder that calls, and those below it.
 macro(velmora_use_quick_linker)
     find_program(VELMORA_CLANG NAMES clang++-14 clang++)

@@ -23,7 +23,7 @@ trap 'rm -rf "$scratch"' EXIT
 run() {
     local folder errors findings result=0
     folder=$(dirname "$2")
-    while [ ! -f "$folder/.clang-tidy" ]; do
+    while [ ! -f "$folder/.clang-tidy" ] && [ "$folder" != / ]; do
         folder=$(dirname "$folder")
     done
     errors=$(mktemp "$scratch/errors.XXXXXX")

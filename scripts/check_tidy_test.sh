@@ -139,6 +139,9 @@ sed -i '/bad/d' "$tree/parts/alike_c.cpp"
 expect 'the three as they were' pass 3 2
 echo 'this is no source' >>"$tree/parts/alike_b.cpp"
 expect 'one that does not compile' fail 3 2
+sed -i '/no source/d' "$tree/parts/alike_b.cpp"
+rm "$tree/.clang-tidy" "$tree/parts/.clang-tidy"
+expect 'sources that nothing is set up for' fail 5 0
 if compgen -G "$tree/build/tidy_cache/new.*" >/dev/null; then
     echo 'unfinished entries were left' >&2
     failures=$((failures + 1))
