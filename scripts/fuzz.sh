@@ -49,13 +49,17 @@ is_enough() {
 # The weights of rare features would take more time than the targets themselves.
 seconds=60
 search() {
-    local fuzzer=$1 corpus=build/fuzz/searched/$1 log=build/fuzz/$1.log runs
+    local fuzzer=$1 corpus=build/fuzz/searched/$1 log=build/fuzz/$1.log runs result=0
+    local interrupted=72  # as libFuzzer ends then
     mkdir -p "$corpus"
-    if ! nice -n 10 "build/fuzz/bin/$fuzzer" -max_total_time=$seconds -max_len=512 -timeout=120 -entropic=0 -len_control=20 \
+    nice -n 10 "build/fuzz/bin/$fuzzer" -max_total_time=$seconds -max_len=512 -timeout=120 -entropic=0 -len_control=20 \
         -rss_limit_mb=3000 -print_final_stats=1 -artifact_prefix=build/fuzz/findings/ \
-        "$corpus" "fuzz/corpus/$fuzzer" >"$log" 2>&1; then
-        tail -n 40 "$log" >&2
-        echo "fuzz.sh: $fuzzer found something; its input is in build/fuzz/findings" >&2
+        "$corpus" "fuzz/corpus/$fuzzer" >"$log" 2>&1 || result=$?
+    if [ "$result" -ne 0 ]; then
+        if [ "$result" -ne "$interrupted" ]; then
+            tail -n 40 "$log" >&2
+            echo "fuzz.sh: $fuzzer found something; its input is in build/fuzz/findings" >&2
+        fi
         exit 255  # xargs begins no further one
     fi
     runs=$(sed -nE 's/^stat::number_of_executed_units: +//p' "$log")
