@@ -87,11 +87,21 @@ may_include() {
     return 1
 }
 
+# What a line includes, in $header, with the mark that it begins with in $mark; false for
+# another line.
+find_header() {
+    local pattern='^[[:space:]]*#[[:space:]]*include[[:space:]]*(["<])([^">]+)[">]'
+    [[ $1 =~ $pattern ]] || return 1
+    mark=${BASH_REMATCH[1]}
+    header=${BASH_REMATCH[2]}
+}
+
 check_edges() {
-    local file=$1 here header there
+    local file=$1 here line header mark there
     find_room "$file"
     here=$room
-    while IFS= read -r header; do
+    while IFS= read -r line; do
+        find_header "$line" && [ "$mark" = '"' ] || continue
         there=$header
         [[ $header == velmora/* ]] && there=include/$header
         find_room "$there"
@@ -100,33 +110,52 @@ check_edges() {
         elif ! may_include "$here" "$room"; then
             report "$file: may not include \"$header\""
         fi
-    done < <(sed -nE 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*"([^"]+)".*/\1/p' "$file")
+    done <<<"${includes[$file]:-}"
 }
 
 check_windows() {
-    local file=$1 place
+    local file=$1 place line header mark
     for place in $knows_windows; do
         [[ $file == "$place" || $file == "$place"/* ]] && return
     done
-    if grep -nE '^[[:space:]]*#[[:space:]]*include[[:space:]]*<(windows|objbase|ole2|oleauto)\.h>' "$file" >&2; then
-        report "$file: includes a header of Windows; platform/windows.h does that"
-    fi
+    while IFS= read -r line; do
+        find_header "$line" && [ "$mark" = '<' ] || continue
+        case $header in
+        windows.h | objbase.h | ole2.h | oleauto.h)
+            report "$file: includes <$header>; platform/windows.h does that"
+            ;;
+        esac
+    done <<<"${includes[$file]:-}"
 }
 
 check_own_header_first() {
-    local file=$1 first
+    local file=$1 line header mark
     [[ $file == *.cpp && -f ${file%.cpp}.h ]] || return 0
-    first=$(sed -nE 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*["<]([^">]+)[">].*/\1/p' "$file" | head -n 1)
-    [ "$first" = "${file%.cpp}.h" ] || report "$file: includes \"$first\" before its own header"
+    while IFS= read -r line; do
+        find_header "$line" || continue
+        [ "$header" = "${file%.cpp}.h" ] || report "$file: includes \"$header\" before its own header"
+        return 0
+    done <<<"${includes[$file]:-}"
+    report "$file: does not include its own header"
 }
 
-files=0
 folders=()
 for room in "${!allowed[@]}"; do
     [ -d "${room%%/*}" ] && folders+=("${room%%/*}")
 done
-while IFS= read -r file; do
-    files=$((files + 1))
+sources=()
+if [ ${#folders[@]} -gt 0 ]; then
+    mapfile -t sources < <(printf '%s\n' "${folders[@]}" | sort -u |
+        xargs -I{} find {} -name '*.h' -o -name '*.c' -o -name '*.cpp' | sort)
+fi
+# All include lines of a file, one below the other.
+declare -A includes
+while IFS=: read -r file line; do
+    includes[$file]+=$line$'\n'
+done < <(printf '%s\n' "${sources[@]}" |
+    xargs grep -HE '^[[:space:]]*#[[:space:]]*include' /dev/null)
+
+for file in "${sources[@]}"; do
     find_room "$file"
     if [ -z "$room" ]; then
         report "$file: lies in no room of the table"
@@ -135,11 +164,9 @@ while IFS= read -r file; do
     check_edges "$file"
     check_windows "$file"
     check_own_header_first "$file"
-done < <([ ${#folders[@]} -eq 0 ] || printf '%s\n' "${folders[@]}" | sort -u |
-    xargs -I{} find {} -name '*.h' -o -name '*.c' -o -name '*.cpp' | sort)
-
-if [ "$files" -eq 0 ]; then
+done
+if [ ${#sources[@]} -eq 0 ]; then
     report "no sources found"
 fi
-echo "$files files, $problems problems"
+echo "${#sources[@]} files, $problems problems"
 [ "$problems" -eq 0 ]
