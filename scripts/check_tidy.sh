@@ -22,9 +22,9 @@ trap 'rm -rf "$scratch"' EXIT
 # with what it says if it says anything.
 run() {
     local folder errors findings result=0
-    folder=$(dirname "$2")
-    while [ ! -f "$folder/.clang-tidy" ] && [ "$folder" != / ]; do
-        folder=$(dirname "$folder")
+    folder=${2%/*}
+    while [ -n "$folder" ] && [ ! -f "$folder/.clang-tidy" ]; do
+        folder=${folder%/*}
     done
     errors=$(mktemp "$scratch/errors.XXXXXX")
     # Flags that only the compiler of the build knows are none of clang-tidy's business, nor
@@ -38,11 +38,12 @@ run() {
     fi
 }
 
-# check FILE SOURCE...: writes what clang-tidy finds, and one line to the tally per source.
+# check COMPILATIONS FILE SOURCE...: writes what clang-tidy finds, and a line to the tally
+# per source.
 check() {
-    local file=$1 before after source new result=0
-    shift
-    before=$(scripts/tidy_digest.sh "$batches" "$file" "$1" 2>/dev/null) || before=
+    local compilations=$1 file=$2 before after source new result=0
+    shift 2
+    before=$(scripts/tidy_digest.sh "$compilations" "$1" 2>/dev/null) || before=
     if [ -n "$before" ] && [ -e "$cache/$before" ]; then
         touch -c "$cache/$before"
         printf 'remembered %s\n' "$@" >>"$scratch/tally"
@@ -59,7 +60,7 @@ check() {
         [ "$result" -eq 0 ] || return "$result"
     fi
     # What was edited meanwhile may be what passed, or not.
-    after=$(scripts/tidy_digest.sh "$batches" "$file" "$1" 2>/dev/null) || after=
+    after=$(scripts/tidy_digest.sh "$compilations" "$1" 2>/dev/null) || after=
     if [ -n "$before" ] && [ "$before" = "$after" ]; then
         new=$(mktemp "$cache/new.XXXXXX")
         printf '%s\n' "$@" >"$new"

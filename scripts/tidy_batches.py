@@ -6,8 +6,8 @@ Groups the sources of a native build but its tests, fuzzers and benchmarks, or t
 ones alone: sources of one folder that are compiled alike come eight to a batch. The
 headers that they share are then read once for the eight, which is most of what clang-tidy
 does. FOLDER gets a file for each batch, which includes its sources, and a compilation
-database of those files and of all sources. Prints a line per batch: the file to check,
-and after a tab each its sources.
+database of those files and of all sources. Prints a line per batch, with tabs between: a
+file of the folders and commands that compile it, the file to check, its sources.
 """
 import json
 import os
@@ -57,17 +57,21 @@ def main(build, folder, *named):
     for (_, compiled), sources in alike.items():
         for i in range(0, len(sources), AT_A_TIME):
             batch = sources[i:i + AT_A_TIME]
+            path = f"{folder}/{os.path.relpath(batch[0], root).replace('/', '_')}"
             if len(batch) == 1:
-                print(batch[0], batch[0], sep="\t")
-                continue
-            name = os.path.relpath(batch[0], root).replace("/", "_")
-            path = f"{folder}/{name}"
-            write(path, "".join(f'#include "{source}"  // NOLINT(bugprone-suspicious-include)\n'
-                                for source in batch))
-            directory, words = compiled
-            together.append({"directory": directory, "file": path,
-                             "command": shlex.join([*words, "-o", f"{path}.o", "-c", path])})
-            print(path, *batch, sep="\t")
+                file = batch[0]
+                compilations = [e for e in database if e["file"] == file]
+            else:
+                file = path
+                write(file, "".join(f'#include "{source}"  // NOLINT(bugprone-suspicious-include)\n'
+                                    for source in batch))
+                directory, words = compiled
+                compilations = [{"directory": directory, "file": file,
+                                 "command": shlex.join([*words, "-o", f"{file}.o", "-c", file])}]
+                together += compilations
+            write(f"{path}.compilations",
+                  "".join(f"{e['directory']}\n{e['command']}\n" for e in compilations))
+            print(f"{path}.compilations", file, *batch, sep="\t")
     write(f"{folder}/compile_commands.json", json.dumps(database + together, indent=2))
 
 

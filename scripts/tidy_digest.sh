@@ -1,15 +1,14 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
-# Usage: tidy_digest.sh BUILD FILE SOURCE
-# Prints a digest of everything that clang-tidy's verdict on the file depends on: the
-# tool, its configuration for the source (the file itself, or one that it includes), how
-# the file is compiled, and the content of every file that is then read. Fails where that
-# cannot be found out.
+# Usage: tidy_digest.sh COMPILATIONS SOURCE
+# Prints a digest of everything that clang-tidy's verdict on a file depends on: the tool,
+# its configuration for the source (the file itself, or one that it includes), how the
+# file is compiled (a list of folders and commands, line by line), and the content of every
+# file that is then read. Fails where that cannot be found out.
 set -euo pipefail
 shopt -s inherit_errexit
-build=$1
-file=$2
-source=$3
+compilations=$1
+source=$2
 scripts=$(cd "$(dirname "$0")" && pwd)
 
 tidy=clang-tidy-14
@@ -19,14 +18,7 @@ if ! command -v "$tidy" >/dev/null; then
     compiler=clang++
 fi
 
-# Folder and command, line by line, of each compilation of the file.
-compilations=$(python3 -B -c '
-import json, sys
-for entry in json.load(open(sys.argv[1])):
-    if entry["file"] == sys.argv[2]:
-        print(entry["directory"], entry["command"], sep="\n")
-' "$build/compile_commands.json" "$file")
-[ -n "$compilations" ]
+[ -s "$compilations" ]
 
 # The files of a list of dependencies as compilers write it, which breaks lines with a
 # backslash.
@@ -42,11 +34,11 @@ printed_digest() {
     "$tidy" --version
     cat "$scripts/check_tidy.sh" "$scripts/tidy_batches.py" "$scripts/tidy_digest.sh"
     folder=$source
-    while [ "$folder" != / ]; do
-        folder=$(dirname "$folder")
+    while [ -n "$folder" ]; do
+        folder=${folder%/*}
         [ ! -f "$folder/.clang-tidy" ] || cat "$folder/.clang-tidy"
     done
-    echo "$compilations"
+    cat "$compilations"
     while read -r folder && read -r command; do
         eval "words=($command)"
         # The compiler of the build, and what may stand before it.
@@ -54,5 +46,5 @@ printed_digest() {
             words=("${words[@]:1}")
         done
         (cd "$folder" && "$compiler" "${words[@]}" -w -M -MF - -MT all -o /dev/null | digests_of_files)
-    done <<<"$compilations"
+    done <"$compilations"
 } | printed_digest
