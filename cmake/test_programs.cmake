@@ -3,13 +3,16 @@
 
 cmake_path(GET PROJECT_BINARY_DIR FILENAME VELMORA_BUILD_NAME)
 
-# velmora_add_tests(NAME FOLDERS f... [LIBRARIES l...] [WHOLE_PROGRAM] [DESKTOP])
-#   WHOLE_PROGRAM  where a process starts slowly, under Wine and with a sanitizer, CTest runs
-#                  the program once, not once per test
-#   DESKTOP        the tests look at the screen: one at a time
+# velmora_add_tests(NAME FOLDERS f... [LIBRARIES l...] [WHOLE_PROGRAM | PROCESS_PER_TEST]
+#                   [OPTIMISED] [DESKTOP])
+#   WHOLE_PROGRAM     where a process starts slowly, under Wine and with a sanitizer, CTest
+#                     runs the program once, not once per test
+#   PROCESS_PER_TEST  the same, but the program then forks for each test; not for Windows
+#   OPTIMISED         as target_optimise_test_code says
+#   DESKTOP           the tests look at the screen: one at a time
 # Helpers for several layers lie in tests/support. An empty folder makes no program.
 function(velmora_add_tests name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "WHOLE_PROGRAM;DESKTOP" "" "FOLDERS;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WHOLE_PROGRAM;PROCESS_PER_TEST;OPTIMISED;DESKTOP" "" "FOLDERS;LIBRARIES")
     velmora_sources(sources ${arg_FOLDERS})
     if(NOT sources)
         return()
@@ -18,7 +21,13 @@ function(velmora_add_tests name)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
     target_compile_definitions(${name} PRIVATE
                                VELMORA_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test_support velmora_headers gmock gtest gtest_main)
+    set(main gtest_main)
+    set(arguments)
+    if(arg_PROCESS_PER_TEST)
+        set(main process_per_test_main)
+        set(arguments --process-per-test)
+    endif()
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test_support velmora_headers gmock gtest ${main})
     if(WIN32)
         target_link_libraries(${name} PRIVATE ole32 oleaut32 uuid)
         if(TARGET capture_library_delayed AND "adapter_core" IN_LIST arg_LIBRARIES)
@@ -27,7 +36,11 @@ function(velmora_add_tests name)
     endif()
     target_use_warnings(${name})
     target_use_windows_binary(${name})
-    target_use_test_code(${name})
+    if(arg_OPTIMISED)
+        target_optimise_test_code(${name})
+    else()
+        target_use_test_code(${name})
+    endif()
     velmora_compile_together(${name})
     target_precompile_headers(${name} REUSE_FROM test_headers)
     set_property(GLOBAL APPEND PROPERTY VELMORA_TEST_SOURCES ${sources})
@@ -35,10 +48,12 @@ function(velmora_add_tests name)
     # Narrow text is UTF-8, in Wine's programs too.
     set(properties ENVIRONMENT LC_ALL=C.UTF-8 LABELS "${VELMORA_BUILD_NAME}")
     if(arg_DESKTOP)
-        list(APPEND properties RESOURCE_LOCK desktop)
+        # They wait for each other and for boxes: the earlier they begin, the less is left to
+        # wait for at the end.
+        list(APPEND properties RESOURCE_LOCK desktop COST 1000)
     endif()
-    if(arg_WHOLE_PROGRAM AND (WIN32 OR VELMORA_SANITIZE))
-        add_test(NAME ${VELMORA_BUILD_NAME}/${name} COMMAND ${name})
+    if((arg_WHOLE_PROGRAM OR arg_PROCESS_PER_TEST) AND (WIN32 OR VELMORA_SANITIZE))
+        add_test(NAME ${VELMORA_BUILD_NAME}/${name} COMMAND ${name} ${arguments})
         set_tests_properties(${VELMORA_BUILD_NAME}/${name} PROPERTIES ${properties} TIMEOUT 900)
     else()
         gtest_discover_tests(

@@ -22,8 +22,8 @@ fi
 
 # What no build for Windows with Microsoft's tools compiles.
 elsewhere='bench/native bench/peers cmake/msvc_abi fuzz/any_library scripts tests/camhost_wire
-tests/channel tests/failing_allocations tests/failing_calls tests/soak tests/visits tests/win32
-tests/win32_subset'
+tests/channel tests/failing_allocations tests/failing_calls tests/process_per_test tests/soak
+tests/visits tests/win32 tests/win32_subset'
 
 # Headers, each with names that no other one promises. A header with "|" is one of several
 # that do. <cstddef> and the iterators' functions come with every container.
