@@ -47,8 +47,8 @@ export class ValueRow extends Row {
     #wanted = null;
     #isBusy = false;
     #problem = "";
-    // A reading of the settings up to this version may be older than the last write.
-    #writtenAt = -1;
+    // A reading that was asked for no later than this one may be older than the last write.
+    #writtenAt = 0;
 
     constructor(setting, list) {
         super(setting, list);
@@ -71,8 +71,8 @@ export class ValueRow extends Row {
         return setting.type !== "command" && controlKind(setting) === this.#kind;
     }
 
-    update(setting, version) {
-        if (version <= this.#writtenAt) {
+    update(setting, reading) {
+        if (reading <= this.#writtenAt) {
             return;
         }
         this.setting = setting;
@@ -82,7 +82,7 @@ export class ValueRow extends Row {
     // What came of a write, here or elsewhere.
     take(text) {
         this.setting = { ...this.setting, text };
-        this.#writtenAt = this.list.version;
+        this.#writtenAt = this.list.reading;
         this.show();
     }
 

@@ -25,16 +25,19 @@ class Group {
 }
 
 export class SettingsList {
-    version = -1;
     camera = undefined;
     isReadOnly = false;
+    // Of the readings of all settings, the one that was asked for last.
+    reading = 0;
 
+    #version = -1;
     #rows = new Map();
     #groups = new Map();
     #place = byId("groups");
     #search = byId("search");
     #all = byId("show-all");
     #isAsking = false;
+    #takenMeanwhile = false;
 
     constructor(watch) {
         watch.onChange((state, isReachable) => {
@@ -57,7 +60,9 @@ export class SettingsList {
         return this.#rows.get(key)?.write(text);
     }
 
+    // What came of a write. A reading that is under way may be older, or as new.
     take(changes) {
+        this.#takenMeanwhile = this.#isAsking;
         for (const { key, after } of changes) {
             this.#rows.get(key)?.take(after);
         }
@@ -68,7 +73,7 @@ export class SettingsList {
             this.isReadOnly = state.readOnly;
             this.#rows.forEach((row) => row.show());
         }
-        if (state.camera !== this.camera || state.version_settings > this.version) {
+        if (state.camera !== this.camera || state.version_settings > this.#version) {
             this.#ask(state.camera);
         }
     }
@@ -78,6 +83,8 @@ export class SettingsList {
             return;
         }
         this.#isAsking = true;
+        this.#takenMeanwhile = false;
+        ++this.reading;
         try {
             const answer = await api.settings();
             this.#show(answer, answer.camera ?? camera);
@@ -93,11 +100,12 @@ export class SettingsList {
             this.camera = camera;
             this.#place.dataset.camera = camera;
         }
-        this.version = version;
+        // What a row left out of this reading has to be read again.
+        this.#version = this.#takenMeanwhile ? -1 : version;
         const present = new Set();
         for (const setting of settings) {
             present.add(setting.key);
-            this.#put(setting, version);
+            this.#put(setting);
         }
         for (const [key, row] of this.#rows) {
             if (!present.has(key)) {
@@ -107,10 +115,10 @@ export class SettingsList {
         this.#filter();
     }
 
-    #put(setting, version) {
+    #put(setting) {
         const row = this.#rows.get(setting.key);
         if (row?.suits(setting)) {
-            row.update(setting, version);
+            row.update(setting, this.reading);
             return;
         }
         const made = makeRow(setting, this);

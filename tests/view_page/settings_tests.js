@@ -74,6 +74,59 @@ describe("the settings", () => {
         assert.equal(await number(gain).inputValue(), "1023");
     });
 
+    // The page's readings of the settings wait for `release`: on their way to camhost, or back.
+    async function holdReadings(t, { isAnswered }) {
+        const held = [];
+        let isHeld = true;
+        const release = () => held.splice(0).forEach((go) => go());
+        await page.route("**/api/settings", async (route) => {
+            if (route.request().method() !== "GET" || !isHeld) {
+                await route.continue();
+                return;
+            }
+            const response = isAnswered ? await route.fetch() : null;
+            await new Promise((resolve) => held.push(resolve));
+            await (response ? route.fulfill({ response }) : route.continue());
+        });
+        t.after(async () => {
+            isHeld = false;
+            release();
+            await page.unroute("**/api/settings");
+        });
+        return { isReading: () => held.length > 0, release };
+    }
+
+    async function typeGain(text) {
+        await number(gain).fill(text);
+        await number(gain).press("Enter");
+        // The slider follows once the write is answered.
+        await untilText(slider(gain), (shown) => shown === text);
+    }
+
+    test("a reading from before a write brings no older value back", async (t) => {
+        const readings = await holdReadings(t, { isAnswered: true });
+        await view.put("contrast value range", "5");
+        await until(readings.isReading, "the page reads the settings");
+        await typeGain("60");
+        readings.release();
+        await untilText(number("contrast value range"), (text) => text === "5");
+        assert.equal(await slider(gain).inputValue(), "60");
+        assert.equal(await number(gain).inputValue(), "60");
+    });
+
+    test("what was left out of a reading for a write is read once more", async (t) => {
+        const readings = await holdReadings(t, { isAnswered: false });
+        await view.put("contrast value range", "0");
+        await until(readings.isReading, "the page reads the settings");
+        await typeGain("70");
+        await view.put(gain, "71");
+        readings.release();
+        await untilText(number("contrast value range"), (text) => text === "0");
+        await until(readings.isReading, "the page reads the settings again");
+        readings.release();
+        await untilText(number(gain), (text) => text === "71");
+    });
+
     test("a wheel changes the value of a focused control alone", async () => {
         await number(gain).fill("50");
         await number(gain).press("Enter");
