@@ -111,6 +111,7 @@ export class Picture {
         paint(frame, new Uint32Array(this.#image.data.buffer), this.raw, this.order);
         this.#context.putImageData(this.#image, 0, 0);
         canvas.dataset.number = frame.number;
+        canvas.dataset.camera = frame.camera;
         canvas.dataset.step = frame.step;
         canvas.dataset.pixelType = frame.pixelType;
         if (isNewSize) {

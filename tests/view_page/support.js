@@ -157,6 +157,7 @@ export async function untilFramesBehind(page, number, count) {
 export async function chooseCamera(page, index, pixelType) {
     await page.selectOption("#camera", String(index));
     await page.waitForSelector(`#groups[data-camera="${index}"] .row`);
+    await page.waitForSelector(`#picture[data-camera="${index}"]`);
     if (pixelType) {
         await row(page, "pixelformat").locator("select").selectOption(pixelType);
         await page.waitForSelector(`#picture[data-pixel-type="${pixelType}"]`);
@@ -169,22 +170,27 @@ export async function showOneToOne(page) {
     await page.waitForSelector('#picture[data-step="1"]');
 }
 
-// Red, green, blue of the canvas.
+// Red, green, blue of a pixel of the camera, which the canvas shows.
 export const pixel = (page, column, line) =>
     page.evaluate(
-        ([x, y]) =>
-            Array.from(
-                document.getElementById("picture").getContext("2d").getImageData(x, y, 1, 1).data,
-            ).slice(0, 3),
+        ([x, y]) => {
+            const canvas = document.getElementById("picture");
+            const step = Number(canvas.dataset.step);
+            return Array.from(canvas.getContext("2d").getImageData(x / step, y / step, 1, 1).data).slice(0, 3);
+        },
         [column, line],
     );
 
-// How many bytes of the canvas differ from those of the snapshot of the same frame.
+// How many bytes of the canvas differ from those of the snapshot of the same frame; all do
+// where that frame is kept no longer.
 export const differencesFromSnapshot = (page, demosaic) =>
     page.evaluate(async (wanted) => {
         const canvas = document.getElementById("picture");
         const { number } = canvas.dataset;
         const response = await fetch(`api/frame.png?bayer=auto&demosaic=${wanted}&number=${number}`);
+        if (!response.ok) {
+            return Infinity;
+        }
         const image = await createImageBitmap(await response.blob(), { colorSpaceConversion: "none" });
         const copy = new OffscreenCanvas(image.width, image.height).getContext("2d");
         copy.drawImage(image, 0, 0);
