@@ -14,7 +14,8 @@ import {
     View,
 } from "./support.js";
 
-describe("what happens to the camera", () => {
+// Each has a camera and a camhost of its own, and waits more than it works.
+describe("what happens to the camera", { concurrency: true }, () => {
     test("a loss is a banner over the grey last picture, and ends by itself", async (t) => {
         const view = await View.start("tests/view_page/rigs/events.toml");
         t.after(() => view.stop());
