@@ -176,7 +176,10 @@ export const pixel = (page, column, line) =>
         ([x, y]) => {
             const canvas = document.getElementById("picture");
             const step = Number(canvas.dataset.step);
-            return Array.from(canvas.getContext("2d").getImageData(x / step, y / step, 1, 1).data).slice(0, 3);
+            return Array.from(canvas.getContext("2d").getImageData(x / step, y / step, 1, 1).data).slice(
+                0,
+                3,
+            );
         },
         [column, line],
     );
