@@ -8,6 +8,22 @@ import { closePage, openPage, row, until, untilText, View } from "./support.js";
 
 const gain = "gain value range";
 
+// Run in the page: its readings of the settings can be held, before they go to camhost
+// ("asked") or when they come back ("answered").
+function letReadingsWait() {
+    const readings = { held: [], where: "" };
+    const wait = (where) => readings.where === where && new Promise((resolve) => readings.held.push(resolve));
+    const plainFetch = window.fetch;
+    window.readings = readings;
+    window.fetch = async (path, options = {}) => {
+        const isReading = path === "api/settings" && !options.method;
+        await (isReading && wait("asked"));
+        const response = await plainFetch(path, options);
+        await (isReading && wait("answered"));
+        return response;
+    };
+}
+
 describe("the settings", () => {
     let view;
     let page;
@@ -20,7 +36,7 @@ describe("the settings", () => {
 
     before(async () => {
         view = await View.start("tests/view_page/rigs/page.toml", "-c", "A1");
-        page = await openPage(view);
+        page = await openPage(view, { beforeLoad: letReadingsWait });
     });
     after(async () => {
         await page?.context().close();
@@ -74,26 +90,18 @@ describe("the settings", () => {
         assert.equal(await number(gain).inputValue(), "1023");
     });
 
-    // The page's readings of the settings wait for `release`: on their way to camhost, or back.
-    async function holdReadings(t, { isAnswered }) {
-        const held = [];
-        let isHeld = true;
-        const release = () => held.splice(0).forEach((go) => go());
-        await page.route("**/api/settings", async (route) => {
-            if (route.request().method() !== "GET" || !isHeld) {
-                await route.continue();
-                return;
-            }
-            const response = isAnswered ? await route.fetch() : null;
-            await new Promise((resolve) => held.push(resolve));
-            await (response ? route.fulfill({ response }) : route.continue());
-        });
+    const release = () => page.evaluate(() => window.readings.held.splice(0).forEach((go) => go()));
+    const hold = (place) => page.evaluate((where) => (window.readings.where = where), place);
+    const untilReading = () =>
+        until(() => page.evaluate(() => window.readings.held.length > 0), "the page reads the settings");
+
+    // Until the test ends; the first one does not reach camhost before it is released.
+    async function holdReadings(t) {
+        await hold("asked");
         t.after(async () => {
-            isHeld = false;
-            release();
-            await page.unroute("**/api/settings");
+            await hold("");
+            await release();
         });
-        return { isReading: () => held.length > 0, release };
     }
 
     async function typeGain(text) {
@@ -104,26 +112,29 @@ describe("the settings", () => {
     }
 
     test("a reading from before a write brings no older value back", async (t) => {
-        const readings = await holdReadings(t, { isAnswered: true });
+        await holdReadings(t);
         await view.put("contrast value range", "5");
-        await until(readings.isReading, "the page reads the settings");
+        await untilReading();
+        await hold("answered");
+        await release();
+        await untilReading();
         await typeGain("60");
-        readings.release();
+        await release();
         await untilText(number("contrast value range"), (text) => text === "5");
         assert.equal(await slider(gain).inputValue(), "60");
         assert.equal(await number(gain).inputValue(), "60");
     });
 
     test("what was left out of a reading for a write is read once more", async (t) => {
-        const readings = await holdReadings(t, { isAnswered: false });
+        await holdReadings(t);
         await view.put("contrast value range", "0");
-        await until(readings.isReading, "the page reads the settings");
+        await untilReading();
         await typeGain("70");
         await view.put(gain, "71");
-        readings.release();
+        await release();
         await untilText(number("contrast value range"), (text) => text === "0");
-        await until(readings.isReading, "the page reads the settings again");
-        readings.release();
+        await untilReading();
+        await release();
         await untilText(number(gain), (text) => text === "71");
     });
 
