@@ -13,6 +13,7 @@ namespace {
 // back for it: a thread must not take away the code that it returns into.
 struct Departure {
     HANDLE caller = nullptr;              // set where a reference is being given back
+    DWORD callerId = 0;
     HANDLE moduleGoes = nullptr;          // signalled by the library's entry
     std::atomic<bool> returning = false;  // nothing but returns is left to the caller
 };
@@ -35,6 +36,14 @@ HMODULE findOwnModule(bool counted) noexcept {
                              (counted ? 0 : GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT),
                          reinterpret_cast<const wchar_t*>(&giveBack), &module);
     return module;
+}
+
+void closeHandles() noexcept {
+    for (HANDLE* handle : {&departure.caller, &departure.moduleGoes}) {
+        if (*handle != nullptr) {
+            ::CloseHandle(std::exchange(*handle, nullptr));
+        }
+    }
 }
 
 // Whether the thread runs code of the module. A thread that is gone does not.
@@ -72,9 +81,11 @@ void releaseOwnModule() noexcept {
     if (module == nullptr) {
         return;
     }
+    closeHandles();
     departure.returning = false;
+    departure.callerId = ::GetCurrentThreadId();
     departure.caller =
-        ::OpenThread(THREAD_SUSPEND_RESUME | THREAD_GET_CONTEXT, FALSE, ::GetCurrentThreadId());
+        ::OpenThread(THREAD_SUSPEND_RESUME | THREAD_GET_CONTEXT, FALSE, departure.callerId);
     departure.moduleGoes = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
     HANDLE giver = ::CreateThread(nullptr, 0, &giveBack, module, 0, nullptr);
     if (giver == nullptr) {
@@ -86,21 +97,20 @@ void releaseOwnModule() noexcept {
     const DWORD ended = ::WaitForMultipleObjects(2, either, FALSE, longestWait);
     ::CloseHandle(giver);
     if (ended == WAIT_OBJECT_0) {
-        ::CloseHandle(std::exchange(departure.caller, nullptr));
-        ::CloseHandle(std::exchange(departure.moduleGoes, nullptr));
+        closeHandles();
     }
     departure.returning = true;
 }
 
 void letLastCallLeave() noexcept {
-    if (departure.caller == nullptr) {
-        return;
+    // Where the reference was given back later than its caller could wait for, the host may
+    // free the module with that same thread, which is in the system's code then.
+    if (departure.caller != nullptr && departure.callerId != ::GetCurrentThreadId()) {
+        ::SetEvent(departure.moduleGoes);
+        HMODULE module = findOwnModule(false);
+        while (!departure.returning || isInside(departure.caller, module)) {
+            ::SwitchToThread();
+        }
     }
-    ::SetEvent(departure.moduleGoes);
-    HMODULE module = findOwnModule(false);
-    while (!departure.returning || isInside(departure.caller, module)) {
-        ::SwitchToThread();
-    }
-    ::CloseHandle(departure.caller);
-    ::CloseHandle(departure.moduleGoes);
+    closeHandles();
 }

@@ -2,16 +2,55 @@
 // Long lives and sudden ends: many starts, closing while live, unloading.
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <tuple>
 
 #include "tests/border/support/border_test.h"
 #include "tests/border/support/message_boxes.h"
+
+// Wants the types of Windows before it.
+#include <tlhelp32.h>
 
 namespace {
 
 auto fieldsOf(const VirtualCamerasAlive& alive) {
     return std::tie(alive.grabbers, alive.openDevices, alive.liveDevices, alive.listeners,
                     alive.sinks, alive.buffers, alive.items, alive.interfaces);
+}
+
+// As inside the entry of a library of the host's: meanwhile no thread starts or ends.
+class CLoaderLock {
+public:
+    CLoaderLock() { function<Lock>("LdrLockLoaderLock")(0, nullptr, &m_cookie); }
+    CLoaderLock(const CLoaderLock&) = delete;
+    CLoaderLock& operator=(const CLoaderLock&) = delete;
+    ~CLoaderLock() { function<Unlock>("LdrUnlockLoaderLock")(0, m_cookie); }
+
+private:
+    using Lock = LONG(WINAPI*)(ULONG flags, ULONG* state, std::uintptr_t* cookie);
+    using Unlock = LONG(WINAPI*)(ULONG flags, std::uintptr_t cookie);
+
+    template <class Function>
+    static Function function(const char* name) {
+        const FARPROC found = ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), name);
+        return reinterpret_cast<Function>(reinterpret_cast<void (*)()>(found));
+    }
+
+    std::uintptr_t m_cookie = 0;
+};
+
+std::size_t threadsOfThisProcess() {
+    HANDLE all = ::CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 entry{};
+    entry.dwSize = sizeof entry;
+    std::size_t count = 0;
+    for (BOOL more = ::Thread32First(all, &entry); more != FALSE;
+         more = ::Thread32Next(all, &entry)) {
+        count += entry.th32OwnerProcessID == ::GetCurrentProcessId() ? 1U : 0U;
+    }
+    ::CloseHandle(all);
+    return count;
 }
 
 class Lifetime : public CBorderTest {};
@@ -96,6 +135,21 @@ TEST_F(Lifetime, AHostThatFreesTheAdapterTooEarlyGoesOnAndMayLoadItAgain) {
     const CHostChannel again = channel(0);
     EXPECT_STREQ(again.record().serialText, "1A2B");
     EXPECT_EQ(control().misuses(), 0U) << control().lastMisuse();
+}
+
+TEST_F(Lifetime, AHostThatClosesWhileNoThreadCanStartMayFreeTheAdapterNext) {
+    channel(0);
+    const std::size_t threads = threadsOfThisProcess();
+    {
+        const CLoaderLock lock;
+        closeAll();
+    }
+    // The reference is given back now, by a thread that had to wait.
+    while (threadsOfThisProcess() > threads) {
+        ::SwitchToThread();
+    }
+    m_adapter->unload();
+    EXPECT_EQ(::GetModuleHandleW(L"velmora_adapter.dll"), nullptr);
 }
 
 TEST_F(Lifetime, TwoAdaptersInOneProcessAreApart) {
