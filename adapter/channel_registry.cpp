@@ -55,11 +55,13 @@ bool ChannelRegistry::enumerate() {
         m_libraryStarted = true;
         m_libraryEverStarted = true;
     }
-    openAll();
-    m_initialised = true;
-    if (!m_listed.empty()) {
-        holdOwnModule();
+    try {
+        openAll();
+    } catch (...) {
+        releaseOwnModule();
+        throw;
     }
+    m_initialised = true;
     return true;
 }
 
@@ -70,6 +72,10 @@ void ChannelRegistry::openAll() {
     for (const auto& device : toStandard(devices)) {
         if (auto channel = openChannel(device); channel != nullptr) {
             opened.push_back(std::move(channel));
+            // Before the box of a later device, in which the host may do anything.
+            if (opened.size() == 1) {
+                holdOwnModule();
+            }
         }
     }
     m_closed.reserve(opened.size());

@@ -8,6 +8,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 class Registry : public CWithGreyCamera<CChannelTest> {};
 
@@ -175,6 +176,24 @@ TEST_F(Closing, HoldsTheAdaptersModuleWhileAnyCameraIsOpen) {
     EXPECT_EQ(second.close(), accepted());
     EXPECT_THAT(win32Calls({"releaseOwnModule"}), ElementsAre("releaseOwnModule()"));
     EXPECT_EQ(library_log::operations().back(), "ExitLibrary");
+}
+
+TEST_F(Closing, HoldsTheAdaptersModuleWhileALaterCameraHasItsBox) {
+    loadRig(rigs::grey() + rigs::color());
+    throwFromCall("Grabber::openDev", "busy", 2);
+    recordAll();
+    const CRecordHost host(openRecord(0));
+    EXPECT_THAT(win32Calls({"holdOwnModule", "MessageBoxW"}),
+                ElementsAre("holdOwnModule()", StartsWith("MessageBoxW(")));
+}
+
+TEST_F(Closing, GivesTheAdaptersModuleBackWhenAListingThrows) {
+    loadRig(rigs::grey() + rigs::color());
+    virtualCamerasFailCall("Grabber::openDev", 2, 1, VIRTUAL_CAMERAS_FAIL_THROW_CODE, 5, "");
+    recordAll();
+    EXPECT_THROW(GetVideoChannel(nullptr, 0, nullptr), int);
+    EXPECT_THAT(win32Calls({"holdOwnModule", "releaseOwnModule"}),
+                ElementsAre("holdOwnModule()", "releaseOwnModule()"));
 }
 
 TEST_F(Closing, GivesTheAdaptersModuleBackWhenTheLibraryIsShutDown) {
