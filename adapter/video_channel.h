@@ -73,7 +73,6 @@ private:
     void writeSerialText();
     void takeSize();
     bool CheckDevice();
-    void resumeLive();
     FrameShape frameShape() const noexcept;
 
     // Constant once constructed.

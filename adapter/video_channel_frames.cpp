@@ -6,6 +6,7 @@
 #include "acquisition/frame_copy.h"
 #include "acquisition/frame_delivery.h"
 #include "adapter/video_channel.h"
+#include "capture/live_pause.h"
 #include "capture/no_device.h"
 #include "platform/com_apartment.h"
 #include "platform/log_trace.h"
@@ -91,6 +92,8 @@ std::int32_t CVideoChannel::WaitFrame(char* errorText, std::uint32_t* status) {
 }
 
 bool CVideoChannel::CheckDevice() {
+    constexpr const wchar_t* restoredText = L"Device restored!\n";
+
     if (m_grabber.isDevValid()) {
         return true;
     }
@@ -105,16 +108,13 @@ bool CVideoChannel::CheckDevice() {
         m_parameters.restoreTrigger();
     } catch (...) {
         // The device is open again and will not be searched for: it has to be live.
-        resumeLive();
+        startLiveAnyway(m_grabber);
+        ::OutputDebugStringW(restoredText);
         throw;
     }
-    resumeLive();
-    return true;
-}
-
-void CVideoChannel::resumeLive() {
     m_grabber.startLive(false);
-    ::OutputDebugStringW(L"Device restored!\n");
+    ::OutputDebugStringW(restoredText);
+    return true;
 }
 
 std::int32_t CVideoChannel::GetImageInfo(char* errorText, ImageInfo* image, std::uint32_t* status) {

@@ -4,6 +4,15 @@
 
 #include "capture/capture_library.h"
 
+// While an exception is on its way, which one more must not take the place of.
+inline void startLiveAnyway(DShowLib::Grabber& grabber) noexcept {
+    try {
+        grabber.startLive(false);
+    } catch (...) {
+        // The first one tells what went wrong.
+    }
+}
+
 // Makes the change, with live video stopped for its time where it runs: the results
 // of stopping and starting again are not asked for. Live video starts again also where
 // the change throws; what it threw then goes on.
@@ -17,7 +26,7 @@ void whileLiveIsPaused(DShowLib::Grabber& grabber, const Change& change) {
     try {
         change();
     } catch (...) {
-        grabber.startLive(false);
+        startLiveAnyway(grabber);
         throw;
     }
     grabber.startLive(false);

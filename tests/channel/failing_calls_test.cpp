@@ -60,6 +60,26 @@ TEST_F(FailingCalls, ATriggerOfTheBlockThatThrowsLeavesTheCameraLive) {
     EXPECT_EQ(alive().liveDevices, 1U);
 }
 
+TEST_F(FailingCalls, TheFirstExceptionOfAPauseGoesOnWhereTheStartThrowsToo) {
+    openLive(rigs::grey(rigs::trigger));
+    failCall("IVCDSwitchProperty::setSwitch");
+    breakCall("Grabber::startLive");
+    EXPECT_EQ(thrownCode([this] { parameters(triggerOn()); }), -2147024891);
+}
+
+TEST_F(FailingCalls, TheFirstExceptionOfARestoreGoesOnWhereTheStartThrowsToo) {
+    open(rigs::grey(rigs::trigger));
+    EXPECT_EQ(parameters(triggerOn()), accepted());
+    EXPECT_EQ(start(), accepted());
+    unplug();
+    plug();
+    recordAll();
+    failCall("IVCDSwitchProperty::setSwitch");
+    breakCall("Grabber::startLive");
+    EXPECT_EQ(thrownCode([this] { wait(); }), -2147024891);
+    EXPECT_THAT(win32::debuggerTexts(), ElementsAre("Device lost!\n", "Device restored!\n"));
+}
+
 TEST_F(FailingCalls, ACameraThatThrowsInTheSearchIsClosedAgain) {
     openLive(rigs::camera("SIM B", "B2", "\"Y800 (8x4)\"") + rigs::grey(), 1);
     unplug();
