@@ -36,6 +36,46 @@ TEST_F(RigDescription, UnknownKeysAreErrorsWithPlaceAndHint) {
             .replace(2, 1, "1"));
 }
 
+TEST_F(RigDescription, KeysOfManyPartsAreErrorsWithPlace) {
+    std::string key = "a";
+    for (int i = 0; i < 300000; ++i) {
+        key += ".a";
+    }
+    EXPECT_EQ("2:16: a key has more than 8 parts", errorOf("\n" + key + " = 1\n"));
+    EXPECT_EQ("2:17: a key has more than 8 parts", errorOf("\n[" + key + "]\n"));
+    EXPECT_EQ("2:18: a key has more than 8 parts", errorOf("\n[[" + key + "]]\n"));
+    EXPECT_EQ("1:24: a key has more than 8 parts", errorOf("b = { a . a.a.a.a.a.a.a.a = 1 }\n"));
+    EXPECT_EQ("1:33: a key has more than 8 parts",
+              errorOf("a = ['''b''''', {c.c.c.c.c.c.c.c.c = 1}]\n"));
+    EXPECT_EQ("1:1: unknown key \"a\" in rig", errorOf("a.a.a.a.a.a.a.a = 1\n"));
+}
+
+TEST_F(RigDescription, DotsOfNumbersTextsAndCommentsAreNoPartsOfKeys) {
+    EXPECT_EQ("1:1: unknown key \"a\" in rig",
+              errorOf("a = [1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.0, 10.0]\n"));
+    EXPECT_EQ("1:1: unknown key \"b\" in rig", errorOf("b = 'a.b.c.d.e.f.g.h.i.j'\n"));
+    EXPECT_EQ("2:1: unknown key \"c\" in rig", errorOf("# a.b.c.d.e.f.g.h.i.j\nc = 1\n"));
+    EXPECT_EQ("1:1: unknown key \"d\" in rig", errorOf("d = \"\\\".b.c.d.e.f.g.h.i.j\"\n"));
+    EXPECT_EQ("1:1: unknown key \"e\" in rig",
+              errorOf("e = \"\"\"\n\".b.c.d.e.f.g.h.i.j\n\\\"\"\".b.c.d.e.f.g.h.i.j\"\"\"\n"));
+}
+
+TEST_F(RigDescription, LettersBeyondAsciiStandInQuotes) {
+    const std::string words = ": letters beyond ASCII stand in quotes, and not behind a backslash";
+    EXPECT_EQ("2:2" + words, errorOf("\nm\xC3\xBC = 1\n"));
+    EXPECT_EQ("1:7" + words, errorOf("a = -\"\xC3\xBC\"\n"));
+    EXPECT_EQ("1:8" + words, errorOf("a = 5.\"\xC3\xBC\"\n"));
+    EXPECT_EQ("1:8" + words, errorOf("a = -=\"\xC3\xBC\"\n"));
+    EXPECT_EQ("1:8" + words, errorOf("a = 0{\"\xC3\xBC\"}\n"));
+    EXPECT_EQ("1:7" + words, errorOf("a = \"\\\xC3\xBC\"\n"));
+    EXPECT_EQ("2:2" + words, errorOf("a = \"\"\"\\\n \xC3\xBC\"\"\"\n"));
+    EXPECT_EQ("1:4" + words, errorOf("\"\"\"\xC3\xBC\"\"\" = 1\n"));
+    EXPECT_EQ("3:1" + words, errorOf("a = \"\"\"x\\\n \"\"\"\n\xC3\xBC = 1\n"));
+    EXPECT_EQ("1:1: unknown key \"m\xC3\xBC\" in rig", errorOf("\"m\xC3\xBC\" = 1\n"));
+    EXPECT_EQ("1:1: unknown key \"a\" in rig", errorOf("a = [\"\\\"\xC3\xBC\", '\\\xC3\xBC']\n"));
+    EXPECT_EQ("2:1: unknown key \"a\" in rig", errorOf("\xEF\xBB\xBF# \xC3\xBC\na = 1\n"));
+}
+
 TEST_F(RigDescription, MissingAndMistypedValuesAreErrorsWithPlace) {
     EXPECT_EQ("1:1: camera needs \"name\"", errorOf("[[camera]]\n"));
     EXPECT_EQ("2:8: name must be a text", errorOf("[[camera]]\nname = 1\n"));

@@ -12,6 +12,7 @@
 #include "virtual_cameras/rig/near_name.h"
 #include "virtual_cameras/rig/rig_events.h"
 #include "virtual_cameras/rig/rig_items.h"
+#include "virtual_cameras/rig/rig_text.h"
 #include "virtual_cameras/rig/strict_table.h"
 
 namespace virtual_cameras {
@@ -336,6 +337,7 @@ std::string errorText(const RigError& error) {
 
 std::variant<Rig, RigError> parseRig(std::string_view toml, const std::string& folder) {
     try {
+        requireReadable(toml);
         return readRig(toml::parse(toml), folder);
     } catch (const toml::parse_error& error) {
         const toml::source_position place = error.source().begin;

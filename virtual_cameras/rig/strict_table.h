@@ -3,14 +3,18 @@
 // missing value and an unknown key are errors with their place. Rig parser only.
 #pragma once
 
-// Of some broken texts toml++ asserts what it then reports as an error all the same.
-#define TOML_ASSERT(condition) static_assert(true)
-#include <toml++/toml.h>
-
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
+
+// Of some broken texts toml++ asserts what it then reports as an error all the same. With
+// NDEBUG it would let the compiler rely on some of that.
+#define TOML_ASSERT(condition) static_assert(true)
+#pragma push_macro("NDEBUG")
+#undef NDEBUG
+#include <toml++/toml.h>
+#pragma pop_macro("NDEBUG")
 
 #include "virtual_cameras/rig/rig_parser.h"
 
