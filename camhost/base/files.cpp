@@ -31,23 +31,50 @@ std::string writeWhole(const fs::path& path, std::span<const std::uint8_t> bytes
     return errno != 0 ? std::generic_category().message(errno) : "it was not written whole";
 }
 
+// A name beside the file that nothing has yet; empty when there is none.
+fs::path freeNameBeside(const fs::path& path) {
+    constexpr int mostNames = 10;
+    std::error_code error;
+    for (int i = 0; i < mostNames; ++i) {
+        fs::path beside = path;
+        beside += i == 0 ? ".part" : ".part" + std::to_string(i);
+        if (!fs::exists(fs::symlink_status(beside, error))) {
+            return beside;
+        }
+    }
+    return {};
+}
+
+std::string replaceWhole(const fs::path& path, std::span<const std::uint8_t> bytes) {
+    const fs::path beside = freeNameBeside(path);
+    if (beside.empty()) {
+        return "files of its name with \".part\" to \".part9\" are in the way";
+    }
+    std::error_code error;
+    std::string reason = writeWhole(beside, bytes);
+    if (reason.empty()) {
+        fs::rename(beside, path, error);
+        reason = error ? error.message() : "";
+    }
+    if (!reason.empty()) {
+        fs::remove(beside, error);
+    }
+    return reason;
+}
+
 }  // namespace
 
 void writeFile(const std::string& name, std::span<const std::uint8_t> bytes) {
     const fs::path path = pathOf(name);
     std::error_code error;
-    // What is there and is no file, such as a device, is written as it is.
-    const bool isReplaced = fs::is_regular_file(path, error) || !fs::exists(path, error);
-    const fs::path written = isReplaced ? fs::path(path).concat(".part") : path;
-    std::string reason = writeWhole(written, bytes);
-    if (reason.empty() && isReplaced) {
-        fs::rename(written, path, error);
-        reason = error ? error.message() : "";
+    std::string reason;
+    if (fs::is_regular_file(path, error) || !fs::exists(path, error)) {
+        reason = replaceWhole(path, bytes);
+    } else {
+        // What is there and is no file, such as a device, is written as it is.
+        reason = writeWhole(path, bytes);
     }
     if (!reason.empty()) {
-        if (isReplaced) {
-            fs::remove(written, error);
-        }
         throw Failure{.exit = ExitCode::Refused,
                       .code = "file",
                       .message = "can not write \"" + name + "\": " + reason};

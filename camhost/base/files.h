@@ -14,7 +14,8 @@ namespace camhost {
 // These throw a Failure that names the file, with the system's reason where it gives one.
 
 // A file of that name keeps its content until the new one is whole: that is written
-// beside it and then takes its place. Nothing is left behind by a failure.
+// beside it, under a name that is free (NAME.part), and then takes its place. Nothing is
+// left behind by a failure.
 void writeFile(const std::string& name, std::span<const std::uint8_t> bytes);
 void writeTextFile(const std::string& name, std::string_view text);
 

@@ -7,6 +7,11 @@
 #include <filesystem>
 #include <fstream>
 #include <string_view>
+#ifndef _WIN32
+#include <sys/resource.h>
+
+#include <csignal>
+#endif
 
 #include "camhost/base/failure.h"
 #include "tests/camhost_logic/camhost_fixture.h"
@@ -47,12 +52,25 @@ TEST_F(Files, TakeThePlaceOfOlderOnesAndLeaveNothingBeside) {
     EXPECT_THAT(names(), ElementsAre("a.json"));
 }
 
-TEST_F(Files, KeepTheirContentWhenTheNewOneCanNotBeWritten) {
+TEST_F(Files, AreWrittenOverNobodyElsesPart) {
+    writeTextFile(m_folder.file("a.json.part"), "somebody's");
+    writeTextFile(m_folder.file("a.json"), "new");
+    EXPECT_EQ(m_folder.content("a.json"), "new");
+    EXPECT_EQ(m_folder.content("a.json.part"), "somebody's");
+    EXPECT_THAT(names(), ElementsAre("a.json", "a.json.part"));
+}
+
+TEST_F(Files, KeepTheirContentWhereNoNameIsFree) {
     writeTextFile(m_folder.file("a.json"), "good and old");
-    // In the way of the new one.
-    std::filesystem::create_directory(m_folder.file("a.json.part"));
-    EXPECT_THAT(refusal(m_folder.file("a.json"), "new"), HasSubstr("can not write \""));
+    for (const char* taken :
+         {"a.json.part", "a.json.part1", "a.json.part2", "a.json.part3", "a.json.part4",
+          "a.json.part5", "a.json.part6", "a.json.part7", "a.json.part8", "a.json.part9"}) {
+        std::filesystem::create_directory(m_folder.file(taken));
+    }
+    EXPECT_THAT(refusal(m_folder.file("a.json"), "new"),
+                HasSubstr("\": files of its name with \".part\" to \".part9\" are in the way"));
     EXPECT_EQ(m_folder.content("a.json"), "good and old");
+    EXPECT_EQ(names().size(), 11U);
 }
 
 TEST_F(Files, ThatCanNotBeWrittenSayWhyAndLeaveNothing) {
@@ -61,6 +79,21 @@ TEST_F(Files, ThatCanNotBeWrittenSayWhyAndLeaveNothing) {
 }
 
 #ifndef _WIN32
+TEST_F(Files, KeepTheirContentWhenTheNewOneCanNotBeWrittenWhole) {
+    writeTextFile(m_folder.file("a.json"), "good and old");
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit few{4096, before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &few);
+    const std::string reason = refusal(m_folder.file("a.json"), std::string(100000, 'x'));
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_THAT(reason, HasSubstr("\": File too large"));
+    EXPECT_EQ(m_folder.content("a.json"), "good and old");
+    EXPECT_THAT(names(), ElementsAre("a.json"));
+}
+
 TEST_F(Files, OfAFullDiskSayThatItIsFull) {
     EXPECT_EQ(refusal("/dev/full", "new"), "can not write \"/dev/full\": No space left on device");
 }
