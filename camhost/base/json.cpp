@@ -115,14 +115,21 @@ std::string CJson::toText(int indentation) const {
 std::optional<CJson> CJson::parse(std::string_view text, std::string& reason) {
     // Taking a document apart recurses: a deep one would end the program.
     bool isTooDeep = false;
-    const auto stopTooDeep = [&isTooDeep](int depth, Document::parse_event_t, const Document&) {
+    // Members keep their order, and each new one is compared with all that there are.
+    std::size_t members = 0;
+    const auto isWithinLimits = [&](int depth, Document::parse_event_t event, const Document&) {
         isTooDeep = isTooDeep || depth > deepest;
-        return !isTooDeep;
+        members += event == Document::parse_event_t::key ? 1U : 0U;
+        return !isTooDeep && members <= mostMembers;
     };
     try {
-        Document document = Document::parse(text.begin(), text.end(), stopTooDeep);
+        Document document = Document::parse(text.begin(), text.end(), isWithinLimits);
         if (isTooDeep) {
             reason = "it is nested more than " + std::to_string(deepest) + " deep";
+            return std::nullopt;
+        }
+        if (members > mostMembers) {
+            reason = "it has more than " + std::to_string(mostMembers) + " members";
             return std::nullopt;
         }
         return CJson(std::move(document));

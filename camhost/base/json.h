@@ -5,6 +5,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
@@ -54,8 +55,10 @@ public:
     // indentation of 0 the text is one line.
     std::string toText(int indentation = 0) const;
     // Nothing, and a reason (with line and column where it has them), when the text is not
-    // JSON, or is nested more deeply than `deepest`.
+    // JSON, is nested more deeply than `deepest`, or has more members in all its objects
+    // than `mostMembers`.
     static constexpr int deepest = 32;
+    static constexpr std::size_t mostMembers = 10000;
     static std::optional<CJson> parse(std::string_view text, std::string& reason);
 
 private:

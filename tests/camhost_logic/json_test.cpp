@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace camhost {
 namespace {
 
@@ -44,6 +46,22 @@ TEST(JsonText, DeepNestingIsRefusedAndDoesNotEndTheProgram) {
     EXPECT_EQ(reason, "it is nested more than 32 deep");
     EXPECT_FALSE(CJson::parse(std::string(200000, '[') + std::string(200000, ']'), reason));
     EXPECT_FALSE(CJson::parse(std::string(200000, '['), reason));
+}
+
+TEST(JsonText, TensOfThousandsOfMembersAreRefused) {
+    const auto object = [](int members) {
+        std::string text = "{\"\":0";
+        for (int i = 1; i < members; ++i) {
+            text += ",\"" + std::to_string(i) + "\":0";
+        }
+        return text + "}";
+    };
+    std::string reason;
+    EXPECT_TRUE(CJson::parse(object(10000), reason));
+    EXPECT_FALSE(CJson::parse(object(10001), reason));
+    EXPECT_EQ(reason, "it has more than 10000 members");
+    EXPECT_FALSE(CJson::parse(object(100000), reason));
+    EXPECT_EQ(reason, "it has more than 10000 members");
 }
 
 TEST(JsonText, ANumberThatFitsNoDoubleIsRefused) {
