@@ -12,7 +12,7 @@ namespace {
 // Between the thread that closes the last camera and the one that gives the reference
 // back for it: a thread must not take away the code that it returns into.
 struct Departure {
-    HANDLE caller = nullptr;              // set where a reference is being given back
+    HANDLE caller = nullptr;  // set where a reference is being given back
     DWORD callerId = 0;
     HANDLE moduleGoes = nullptr;          // signalled by the library's entry
     std::atomic<bool> returning = false;  // nothing but returns is left to the caller
