@@ -23,16 +23,15 @@ bool isBeyondAscii(char character) {
     return static_cast<unsigned char>(character) >= 0x80U;
 }
 
-// The length of a text, which begins with its quotes, or of a comment. A key is never one
-// of the texts that go over lines. Ends before a letter beyond ASCII that follows a
-// backslash, or the blanks behind it: toml++ does what is undefined then.
-std::size_t skipped(std::string_view from, bool isKey) {
+// The length of a text, which begins with its quotes, or of a comment. Ends before a letter beyond
+// ASCII that follows a backslash, or the blanks behind it: toml++ does what is undefined then.
+std::size_t skipped(std::string_view from) {
     if (from.front() == '#') {
         return std::min(from.find('\n'), from.size());
     }
     const char quote = from.front();
     const std::string_view three = from.substr(0, 3);
-    const bool spansLines = !isKey && three == std::string(3, quote);
+    const bool spansLines = three == std::string(3, quote);
     const std::string_view end = spansLines ? three : from.substr(0, 1);
     std::size_t at = end.size();
     while (at < from.size() && !from.substr(at).starts_with(end)) {
@@ -69,7 +68,7 @@ public:
         while (m_at < m_text.size()) {
             const char character = m_text[m_at];
             if (character == '#' || (m_mayBegin && (character == '"' || character == '\''))) {
-                skip(skipped(m_text.substr(m_at), m_isKey));
+                skip(skipped(m_text.substr(m_at)));
                 m_mayBegin = false;
             } else {
                 checkOne(character);
