@@ -11,11 +11,11 @@ failures=0
 mkdir -p "$tree/scripts" "$tree/tools" "$tree/parts" "$tree/build/native"
 cp "$scripts/check_tidy.sh" "$scripts/tidy_batches.py" "$scripts/tidy_digest.sh" "$tree/scripts"
 cat >"$tree/.clang-tidy" <<'END'
-Checks: '-*,modernize-use-nullptr'
+Checks: '-*,modernize-use-nullptr,clang-analyzer-cplusplus.NewDeleteLeaks,misc-unused-using-decls'
 WarningsAsErrors: '*'
 HeaderFilterRegex: '.*'
 END
-echo 'inline int* part() { return nullptr; }' >"$tree/parts/part.h"
+printf '#pragma once\ninline int* part() { return nullptr; }\n' >"$tree/parts/part.h"
 printf '#include "parts/part.h"\nint* one() { return part(); }\n' >"$tree/parts/one.cpp"
 echo 'int two() { return 2; }' >"$tree/parts/two.cpp"
 
@@ -137,6 +137,13 @@ if ! grep -q "^$tree/parts/alike_c.cpp:4:21: error: use nullptr" <<<"$output"; t
 fi
 sed -i '/bad/d' "$tree/parts/alike_c.cpp"
 expect 'the three as they were' pass 3 2
+echo 'int leak() { int* lost = new int(1); return *lost; }' >>"$tree/parts/alike_b.cpp"
+expect 'a leak on a path through one of three' fail 3 2
+sed -i '/leak/d' "$tree/parts/alike_b.cpp"
+printf 'namespace elsewhere { void unused(); }\nusing elsewhere::unused;\n' >>"$tree/parts/alike_b.cpp"
+expect 'a name that one of three takes and does not use' fail 3 2
+sed -i '/unused/d' "$tree/parts/alike_b.cpp"
+expect 'the three as they were, once more' pass 0 5
 echo 'this is no source' >>"$tree/parts/alike_b.cpp"
 expect 'one that does not compile' fail 3 2
 sed -i '/no source/d' "$tree/parts/alike_b.cpp"

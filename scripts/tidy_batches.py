@@ -16,6 +16,11 @@ import shlex
 import sys
 
 AT_A_TIME = 8
+# clang-tidy looks for unused ones of these in the file that it is given alone, and not in
+# what that includes.
+GOES_ALONE = re.compile(r"^\s*(using\s+[\w:]+::\w+\s*;|namespace\s+\w+\s*=)", re.MULTILINE)
+# By this name clang's analyzer knows a file whose included sources it is to walk through.
+TOGETHER = "UnifiedSource_"
 UNCHECKED = ("tests", "fuzz", "bench", "build")
 
 
@@ -25,6 +30,11 @@ def write(path, text):
     with open(mine, "w", encoding="utf-8") as file:
         file.write(text)
     os.replace(mine, path)
+
+
+def content(path):
+    with open(path, encoding="utf-8", errors="replace") as file:
+        return file.read()
 
 
 def how(entry):
@@ -49,7 +59,8 @@ def main(build, folder, *named):
     for source in sorted(wanted):
         # One that the build compiles twice, or not at all, is nobody's neighbour.
         compiled = [how(e) for e in database if e["file"] == source]
-        key = (os.path.dirname(source), compiled[0] if len(compiled) == 1 else source)
+        is_alone = len(compiled) != 1 or GOES_ALONE.search(content(source))
+        key = (os.path.dirname(source), source if is_alone else compiled[0])
         alike.setdefault(key, []).append(source)
 
     os.makedirs(folder, exist_ok=True)
@@ -57,7 +68,7 @@ def main(build, folder, *named):
     for (_, compiled), sources in alike.items():
         for i in range(0, len(sources), AT_A_TIME):
             batch = sources[i:i + AT_A_TIME]
-            path = f"{folder}/{os.path.relpath(batch[0], root).replace('/', '_')}"
+            path = f"{folder}/{TOGETHER}{os.path.relpath(batch[0], root).replace('/', '_')}"
             if len(batch) == 1:
                 file = batch[0]
                 compilations = [e for e in database if e["file"] == file]
