@@ -40,6 +40,6 @@ private:
     DShowLib::Grabber& m_grabber;
     DShowLib::smart_ptr<DShowLib::FrameHandlerSink> m_sink;
     PixelType m_pixelType = PixelType::mono8;
-    // Written where the pixel type is raw8 only: no other copy asks for it.
+    // Of the pixel type raw8: no other copy asks for it.
     bool m_rawFromRgb32 = false;
 };

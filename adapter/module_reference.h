@@ -6,9 +6,9 @@
 // Host thread. Does nothing where the reference is held already.
 void holdOwnModule() noexcept;
 
-// Host thread, as the last thing of a call. Does nothing where no reference is held.
-// Returns when the reference is given back, so that a host that frees the adapter next
-// sees it go at once. Where this was the last reference, the module goes when the
+// Host thread, as the last thing of a call or before an exception leaves it. Does nothing where no
+// reference is held. Returns when the reference is given back, so that a host that frees the
+// adapter next sees it go at once. Where this was the last reference, the module goes when the
 // calling thread has left it.
 void releaseOwnModule() noexcept;
 
