@@ -27,13 +27,23 @@ const Target* atOffset(std::uint64_t offset) {
 }
 
 // NOLINTBEGIN(cppcoreguidelines-pro-type-union-access): the linker lays the table out so.
+// As GetProcAddress takes it: the name, or in place of a pointer the ordinal of a function
+// that its library exports without a name.
+const char* nameOf(const IMAGE_THUNK_DATA& function) {
+    if (IMAGE_SNAP_BY_ORDINAL64(function.u1.Ordinal)) {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): see above.
+        return reinterpret_cast<const char*>(
+            static_cast<std::uintptr_t>(IMAGE_ORDINAL64(function.u1.Ordinal)));
+    }
+    // The declared array of one character is the start of the name.
+    return &atOffset<IMAGE_IMPORT_BY_NAME>(function.u1.AddressOfData)->Name[0];
+}
+
 // Whether the library has every function in the import's table of names.
 bool hasEveryFunction(const ImgDelayDescr& import) {
-    for (const auto* name = atOffset<IMAGE_THUNK_DATA>(import.rvaINT); name->u1.AddressOfData != 0;
-         ++name) {
-        const auto* function = atOffset<IMAGE_IMPORT_BY_NAME>(name->u1.AddressOfData);
-        // The declared array of one character is the start of the name.
-        if (::GetProcAddress(libraryModule, &function->Name[0]) == nullptr) {
+    for (const auto* function = atOffset<IMAGE_THUNK_DATA>(import.rvaINT);
+         function->u1.AddressOfData != 0; ++function) {
+        if (::GetProcAddress(libraryModule, nameOf(*function)) == nullptr) {
             return false;
         }
     }

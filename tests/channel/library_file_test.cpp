@@ -100,4 +100,18 @@ TEST_F(LibraryFile, IsNotCalledWhenItLacksAFunction) {
     EXPECT_FALSE(reinterpret_cast<bool (*)()>(reinterpret_cast<void (*)()>(standIn))());
 }
 
+TEST_F(LibraryFile, IsAskedByOrdinalForAFunctionWithoutAName) {
+    win32::setProcAddress("InitLibrary", &someFunction);
+    win32::setProcAddress("#7", &someFunction);
+    MadeUpModule adapter;
+    adapter.names[1].u1.Ordinal = 0x8000000000000007U;
+    int library = 0;
+    bindDelayedCalls(adapter.handle(), reinterpret_cast<HMODULE>(&library));
+    EXPECT_EQ(adapter.notify(dliStartProcessing), nullptr);
+    adapter.names[1].u1.Ordinal = 0x8000000000000008U;
+    int another = 0;
+    bindDelayedCalls(adapter.handle(), reinterpret_cast<HMODULE>(&another));
+    EXPECT_NE(adapter.notify(dliStartProcessing), nullptr);
+}
+
 }  // namespace

@@ -8,8 +8,17 @@
 struct IMAGE_THUNK_DATA {
     union {
         ULONGLONG AddressOfData;
+        ULONGLONG Ordinal;  // with the highest bit
     } u1;
 };
+
+constexpr bool IMAGE_SNAP_BY_ORDINAL64(ULONGLONG function) {
+    return function >> 63U != 0;
+}
+
+constexpr ULONGLONG IMAGE_ORDINAL64(ULONGLONG function) {
+    return function & 0xFFFFU;
+}
 
 struct IMAGE_IMPORT_BY_NAME {
     WORD Hint;

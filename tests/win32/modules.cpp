@@ -74,6 +74,12 @@ std::wstring loadedPath(std::wstring_view name) {
                : std::wstring(name);
 }
 
+// A pointer of no more than 16 bits is no name, but an ordinal.
+std::string procedureName(const char* name) {
+    const auto ordinal = reinterpret_cast<std::uintptr_t>(name);
+    return ordinal >> 16U == 0 ? "#" + std::to_string(ordinal) : std::string(name);
+}
+
 }  // namespace
 
 void setModulePath(std::wstring path) {
@@ -161,9 +167,10 @@ BOOL FreeLibrary(HMODULE module) {
 
 FARPROC GetProcAddress(HMODULE module, LPCSTR name) {
     const win32::detail::CInside inside;
-    record("GetProcAddress", pointerText(module) + ", " + name);
+    const std::string function = win32::procedureName(name);
+    record("GetProcAddress", pointerText(module) + ", " + function);
     const std::lock_guard guard(win32::moduleState().mutex);
-    const auto found = win32::moduleState().procedures.find(name);
+    const auto found = win32::moduleState().procedures.find(function);
     if (injected("GetProcAddress") == 0 || found == win32::moduleState().procedures.end()) {
         SetLastError(ERROR_PROC_NOT_FOUND);
         return nullptr;

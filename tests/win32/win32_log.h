@@ -84,7 +84,7 @@ void setModulePath(std::wstring path);
 // capture library beside the module. LoadLibrary looks for a name without a
 // folder in the directory of SetDllDirectoryW.
 void setFiles(std::vector<std::wstring> paths);
-// What GetProcAddress answers for a name, in every module.
+// What GetProcAddress answers for a name, or "#7" for an ordinal, in every module.
 void setProcAddress(std::string_view name, FARPROC address);
 
 struct MessageBox {
