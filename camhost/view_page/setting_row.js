@@ -129,7 +129,7 @@ export class ValueRow extends Row {
         try {
             const { changes } = await api.setSetting(this.camera, this.key, asked);
             this.say("");
-            this.list.take(changes);
+            this.list.take(this.camera, changes);
             const other = changes.find((change) => change.key === this.key && change.matches === false);
             if (other) {
                 this.say(`asked for ${asked}, became ${other.after}`);
@@ -179,7 +179,7 @@ export class CommandRow extends Row {
         this.say("…");
         try {
             const { changes } = await api.execute(this.camera, this.key);
-            this.list.take(changes);
+            this.list.take(this.camera, changes);
             this.say(changes.length > 0 ? changes.map(changeText).join("; ") : "done, no setting changed");
         } catch (error) {
             this.refuse(error);

@@ -47,8 +47,9 @@ export class SettingsFiles {
     }
 
     async #load(text) {
+        const camera = this.#list.camera;
         const { changes, failed = [] } = await api.loadSettings(text);
-        this.#list.take(changes);
+        this.#list.take(camera, changes);
         const parts = [];
         if (changes.length > 0) {
             parts.push(

@@ -60,8 +60,12 @@ export class SettingsList {
         return this.#rows.get(key)?.write(text);
     }
 
-    // What came of a write. A reading that is under way may be older, or as new.
-    take(changes) {
+    // What came of a write. A reading that is under way may be older, or as new. Where another
+    // camera is shown by now, it is none of that one's.
+    take(camera, changes) {
+        if (camera !== this.camera) {
+            return;
+        }
         this.#takenMeanwhile = this.#isAsking;
         for (const { key, after } of changes) {
             this.#rows.get(key)?.take(after);

@@ -4,22 +4,24 @@ import assert from "node:assert/strict";
 import { readFile } from "node:fs/promises";
 import { after, before, describe, test } from "node:test";
 
-import { closePage, openPage, row, until, untilText, View } from "./support.js";
+import { chooseCamera, closePage, openPage, row, until, untilText, View } from "./support.js";
 
 const gain = "gain value range";
 
 // Run in the page: its readings of the settings can be held, before they go to camhost
-// ("asked") or when they come back ("answered").
-function letReadingsWait() {
-    const readings = { held: [], where: "" };
-    const wait = (where) => readings.where === where && new Promise((resolve) => readings.held.push(resolve));
+// ("asked") or when they come back ("answered"), and so can the answers to its writes
+// ("written").
+function letRequestsWait() {
+    const requests = { held: [], where: "" };
+    const wait = (where) => requests.where === where && new Promise((resolve) => requests.held.push(resolve));
     const plainFetch = window.fetch;
-    window.readings = readings;
+    window.requests = requests;
     window.fetch = async (path, options = {}) => {
         const isReading = path === "api/settings" && !options.method;
         await (isReading && wait("asked"));
         const response = await plainFetch(path, options);
         await (isReading && wait("answered"));
+        await (options.method === "PUT" && wait("written"));
         return response;
     };
 }
@@ -36,7 +38,7 @@ describe("the settings", () => {
 
     before(async () => {
         view = await View.start("tests/view_page/rigs/page.toml", "-c", "A1");
-        page = await openPage(view, { beforeLoad: letReadingsWait });
+        page = await openPage(view, { beforeLoad: letRequestsWait });
     });
     after(async () => {
         await page?.context().close();
@@ -90,14 +92,14 @@ describe("the settings", () => {
         assert.equal(await number(gain).inputValue(), "1023");
     });
 
-    const release = () => page.evaluate(() => window.readings.held.splice(0).forEach((go) => go()));
-    const hold = (place) => page.evaluate((where) => (window.readings.where = where), place);
-    const untilReading = () =>
-        until(() => page.evaluate(() => window.readings.held.length > 0), "the page reads the settings");
+    const release = () => page.evaluate(() => window.requests.held.splice(0).forEach((go) => go()));
+    const hold = (place) => page.evaluate((where) => (window.requests.where = where), place);
+    const untilHeld = () =>
+        until(() => page.evaluate(() => window.requests.held.length > 0), "the page waits for an answer");
 
-    // Until the test ends; the first one does not reach camhost before it is released.
-    async function holdReadings(t) {
-        await hold("asked");
+    // Until the test ends.
+    async function holdFromNowOn(t, place) {
+        await hold(place);
         t.after(async () => {
             await hold("");
             await release();
@@ -112,12 +114,12 @@ describe("the settings", () => {
     }
 
     test("a reading from before a write brings no older value back", async (t) => {
-        await holdReadings(t);
+        await holdFromNowOn(t, "asked");
         await view.put("contrast value range", "5");
-        await untilReading();
+        await untilHeld();
         await hold("answered");
         await release();
-        await untilReading();
+        await untilHeld();
         await typeGain("60");
         await release();
         await untilText(number("contrast value range"), (text) => text === "5");
@@ -126,16 +128,35 @@ describe("the settings", () => {
     });
 
     test("what was left out of a reading for a write is read once more", async (t) => {
-        await holdReadings(t);
+        await holdFromNowOn(t, "asked");
         await view.put("contrast value range", "0");
-        await untilReading();
+        await untilHeld();
         await typeGain("70");
         await view.put(gain, "71");
         await release();
         await untilText(number("contrast value range"), (text) => text === "0");
-        await untilReading();
+        await untilHeld();
         await release();
         await untilText(number(gain), (text) => text === "71");
+    });
+
+    test("a write that is answered when another camera is shown is none of that one's", async (t) => {
+        await holdFromNowOn(t, "written");
+        await number(gain).fill("72");
+        await number(gain).press("Enter");
+        await untilHeld();
+        await chooseCamera(page, 2);
+        await hold("asked");
+        await release();
+        // The answer to this one comes later.
+        await number("brightness value range").fill("11");
+        await number("brightness value range").press("Enter");
+        await untilText(slider("brightness value range"), (text) => text === "11");
+        assert.equal(await number(gain).inputValue(), "100");
+        await hold("");
+        await release();
+        await chooseCamera(page, 0);
+        assert.equal(await number(gain).inputValue(), "72");
     });
 
     test("a wheel changes the value of a focused control alone", async () => {
@@ -271,7 +292,12 @@ describe("the settings", () => {
             return cells;
         };
         assert.deepEqual(await choose("#diff"), [gain, "42", "9"]);
+        await untilText(number(gain), (text) => text === "9");
+        await hold("asked");
         assert.deepEqual(await choose("#load"), [gain, "9", "42"]);
+        assert.equal(await number(gain).inputValue(), "42");
+        await hold("");
+        await release();
         await written(gain, "42");
         await closePage(page);
         page = null;
