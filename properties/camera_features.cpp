@@ -111,48 +111,32 @@ Shown CVCDPropertyRanged<Interface, Number, Shown>::upperLimit() const {
     return read<Shown>(*m_interface.get(), &Interface::getRangeMax);
 }
 
-template <class Ranged>
-std::int32_t CVCDPropertyMinimum<Ranged>::getValue(char* message, char* value) {
+template <class Ranged, RangeLimit limit>
+std::int32_t CVCDPropertyLimit<Ranged, limit>::getValue(char* message, char* value) {
     if (!this->isBound()) {
         return refuseUnavailable(message, this->m_name);
     }
-    writeText(value, textBound, this->lowerLimit());
+    writeText(value, textBound,
+              limit == RangeLimit::minimum ? this->lowerLimit() : this->upperLimit());
     return HOST_RESULT_SUCCESS;
 }
 
-template <class Ranged>
-std::int32_t CVCDPropertyMinimum<Ranged>::setValue(char* message, std::string_view /*value*/) {
+template <class Ranged, RangeLimit limit>
+std::int32_t CVCDPropertyLimit<Ranged, limit>::setValue(char* message, std::string_view /*value*/) {
     if (!this->isBound()) {
         return refuseUnavailable(message, this->m_name);
     }
-    writeText(message, textBound, "Minimum values can not be set! ", this->m_name);
-    return HOST_RESULT_FAILURE;
-}
-
-template <class Ranged>
-std::int32_t CVCDPropertyMaximum<Ranged>::getValue(char* message, char* value) {
-    if (!this->isBound()) {
-        return refuseUnavailable(message, this->m_name);
-    }
-    writeText(value, textBound, this->upperLimit());
-    return HOST_RESULT_SUCCESS;
-}
-
-template <class Ranged>
-std::int32_t CVCDPropertyMaximum<Ranged>::setValue(char* message, std::string_view /*value*/) {
-    if (!this->isBound()) {
-        return refuseUnavailable(message, this->m_name);
-    }
-    writeText(message, textBound, "Maximum values can not be set! ", this->m_name);
+    writeText(message, textBound, limit == RangeLimit::minimum ? "Minimum" : "Maximum",
+              " values can not be set! ", this->m_name);
     return HOST_RESULT_FAILURE;
 }
 
 template class CVCDPropertyRanged<DShowLib::IVCDRangeProperty, LONG, std::int32_t>;
-template class CVCDPropertyMinimum<CVCDPropertyValue>;
-template class CVCDPropertyMaximum<CVCDPropertyValue>;
+template class CVCDPropertyLimit<CVCDPropertyValue, RangeLimit::minimum>;
+template class CVCDPropertyLimit<CVCDPropertyValue, RangeLimit::maximum>;
 template class CVCDPropertyRanged<DShowLib::IVCDAbsoluteValueProperty, double, double>;
-template class CVCDPropertyMinimum<CVCDPropertyAbsValue>;
-template class CVCDPropertyMaximum<CVCDPropertyAbsValue>;
+template class CVCDPropertyLimit<CVCDPropertyAbsValue, RangeLimit::minimum>;
+template class CVCDPropertyLimit<CVCDPropertyAbsValue, RangeLimit::maximum>;
 
 CVCDPropertyAuto::CVCDPropertyAuto(const GUID& itemId, std::string_view name,
                                    DShowLib::Grabber& grabber, const GUID& elementId)

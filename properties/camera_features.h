@@ -40,17 +40,11 @@ private:
     DShowLib::smart_com<DShowLib::IVCDSwitchProperty> m_automatic;
 };
 
-// The limits of a ranged setting, read only.
-template <class Ranged>
-class CVCDPropertyMinimum final : public Ranged {
-public:
-    using Ranged::Ranged;
-    std::int32_t getValue(char* message, char* value) override;
-    std::int32_t setValue(char* message, std::string_view value) override;
-};
+enum class RangeLimit { minimum, maximum };
 
-template <class Ranged>
-class CVCDPropertyMaximum final : public Ranged {
+// A limit of a ranged setting, read only.
+template <class Ranged, RangeLimit limit>
+class CVCDPropertyLimit final : public Ranged {
 public:
     using Ranged::Ranged;
     std::int32_t getValue(char* message, char* value) override;
@@ -59,21 +53,21 @@ public:
 
 // An integer value.
 using CVCDPropertyValue = CVCDPropertyRanged<DShowLib::IVCDRangeProperty, LONG, std::int32_t>;
-using CVCDPropertyValueMin = CVCDPropertyMinimum<CVCDPropertyValue>;
-using CVCDPropertyValueMax = CVCDPropertyMaximum<CVCDPropertyValue>;
+using CVCDPropertyValueMin = CVCDPropertyLimit<CVCDPropertyValue, RangeLimit::minimum>;
+using CVCDPropertyValueMax = CVCDPropertyLimit<CVCDPropertyValue, RangeLimit::maximum>;
 
 // A floating-point value in the camera's own unit.
 using CVCDPropertyAbsValue =
     CVCDPropertyRanged<DShowLib::IVCDAbsoluteValueProperty, double, double>;
-using CVCDPropertyAbsValueMin = CVCDPropertyMinimum<CVCDPropertyAbsValue>;
-using CVCDPropertyAbsValueMax = CVCDPropertyMaximum<CVCDPropertyAbsValue>;
+using CVCDPropertyAbsValueMin = CVCDPropertyLimit<CVCDPropertyAbsValue, RangeLimit::minimum>;
+using CVCDPropertyAbsValueMax = CVCDPropertyLimit<CVCDPropertyAbsValue, RangeLimit::maximum>;
 
 extern template class CVCDPropertyRanged<DShowLib::IVCDRangeProperty, LONG, std::int32_t>;
-extern template class CVCDPropertyMinimum<CVCDPropertyValue>;
-extern template class CVCDPropertyMaximum<CVCDPropertyValue>;
+extern template class CVCDPropertyLimit<CVCDPropertyValue, RangeLimit::minimum>;
+extern template class CVCDPropertyLimit<CVCDPropertyValue, RangeLimit::maximum>;
 extern template class CVCDPropertyRanged<DShowLib::IVCDAbsoluteValueProperty, double, double>;
-extern template class CVCDPropertyMinimum<CVCDPropertyAbsValue>;
-extern template class CVCDPropertyMaximum<CVCDPropertyAbsValue>;
+extern template class CVCDPropertyLimit<CVCDPropertyAbsValue, RangeLimit::minimum>;
+extern template class CVCDPropertyLimit<CVCDPropertyAbsValue, RangeLimit::maximum>;
 
 // A switch: "true" or "false". Any text but "true" switches off.
 class CVCDPropertyAuto final : public CProperty {

@@ -1,14 +1,41 @@
 // SPDX-License-Identifier: MIT
 #include "properties/device_formats.h"
 
+#include <string>
+#include <vector>
+
 #include "capture/conversions.h"
 #include "capture/video_formats.h"
 #include "platform/checked_access.h"
 #include "platform/text.h"
 #include "velmora/host_blocks.h"
 
+namespace {
+
 // Names are read as the library's narrow text, but formats and input channels
 // are compared by their wide text: the two may differ.
+template <class Item>
+std::string comparedName(const Item& item) {
+    return toNarrow(item.toString_());
+}
+std::string_view comparedName(const DShowLib::VideoNormItem& norm) {
+    return textOrEmpty(norm.c_str());
+}
+
+// Every match is set: of two items with one name, the last stays chosen. False without any.
+template <class Item, class Choose>
+bool chooseByName(const std::vector<Item>& items, std::string_view name, const Choose& choose) {
+    bool found = false;
+    for (const Item& item : items) {
+        if (comparedName(item) == name) {
+            choose(item);
+            found = true;
+        }
+    }
+    return found;
+}
+
+}  // namespace
 
 CPropertyVideoFormat::CPropertyVideoFormat(std::string_view name, DShowLib::Grabber& grabber)
     : CProperty(name), m_grabber(grabber) {}
@@ -23,15 +50,11 @@ std::int32_t CPropertyVideoFormat::setValue(char* message, std::string_view valu
         writeText(message, 255, "Can not set video format, while live video is running.");
         return HOST_RESULT_FAILURE;
     }
-    // Every match is set: of two formats with one name, the last stays chosen.
-    bool found = false;
-    for (const auto& format : toStandard(availableVideoFormats(m_grabber))) {
-        if (toNarrow(format.toString_()) == value) {
-            m_grabber.setVideoFormat(format);
-            m_changed = true;
-            found = true;
-        }
-    }
+    const auto formats = toStandard(availableVideoFormats(m_grabber));
+    const bool found = chooseByName(formats, value, [this](const auto& format) {
+        m_grabber.setVideoFormat(format);
+        m_changed = true;
+    });
     if (!found) {
         writeText(message, 255, "Unknown video format \"", value, "\".");
         return HOST_RESULT_FAILURE;
@@ -58,14 +81,7 @@ std::int32_t CPropertyVideoNorm::setValue(char* message, std::string_view value)
         writeText(message, 255, "Video noms are not supported.");
         return HOST_RESULT_FAILURE;
     }
-    bool found = false;
-    for (const auto& norm : norms) {
-        if (textOrEmpty(norm.c_str()) == value) {
-            chooseNorm(norm);
-            found = true;
-        }
-    }
-    if (!found) {
+    if (!chooseByName(norms, value, [this](const auto& norm) { chooseNorm(norm); })) {
         writeText(message, 255, "Unknown video norm \"", value, "\".");
         return HOST_RESULT_FAILURE;
     }
@@ -92,14 +108,8 @@ std::int32_t CPropertyInputChannel::setValue(char* message, std::string_view val
         writeText(message, 255, "Input channels are not supported.");
         return HOST_RESULT_FAILURE;
     }
-    bool found = false;
-    for (const auto& channel : channels) {
-        if (toNarrow(channel.toString_()) == value) {
-            m_grabber.setInputChannel(channel);
-            found = true;
-        }
-    }
-    if (!found) {
+    if (!chooseByName(channels, value,
+                      [this](const auto& channel) { m_grabber.setInputChannel(channel); })) {
         writeText(message, 255, "Unknown input channel \"", value, "\".");
         return HOST_RESULT_FAILURE;
     }
