@@ -3,7 +3,7 @@
 // and text between UTF-8 and wide, where nothing but bad sequences may change.
 #include <cinttypes>
 
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 #include "platform/text.h"
 
 namespace {

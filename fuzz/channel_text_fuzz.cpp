@@ -7,7 +7,7 @@
 
 #include "adapter/video_channel.h"
 #include "capture/library/library.h"
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 #include "virtual_cameras/control.h"
 
 namespace {

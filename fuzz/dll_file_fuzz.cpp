@@ -2,7 +2,7 @@
 // Any bytes as the file of a library: what is told of it is bounded.
 #include "camhost/doctor/dll_file.h"
 
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string reason;

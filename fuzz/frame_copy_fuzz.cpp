@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "acquisition/frame_copy.h"
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 
 namespace {
 

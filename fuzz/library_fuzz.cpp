@@ -8,7 +8,7 @@
 #include "fuzz/any_library/host.h"
 #include "fuzz/any_library/settings_end.h"
 #include "fuzz/any_library/world.h"
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 #include "platform/windows.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);

@@ -4,7 +4,7 @@
 #include <string>
 #include <unordered_set>
 
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 #include "properties/property_keys.h"
 
 namespace {

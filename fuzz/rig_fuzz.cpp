@@ -4,7 +4,7 @@
 #include "capture/library/grabber.h"
 #include "capture/library/library.h"
 #include "capture/video_formats.h"
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 #include "virtual_cameras/control.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 #include "properties/value_text.h"
 
 namespace {

@@ -3,7 +3,7 @@
 // is one head, and what it asks of the owner is within the limits.
 #include "camhost/view/recording.h"
 #include "camhost/view/view_routes.h"
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 #include "velmora/host_blocks.h"
 
 namespace {

@@ -1,9 +1,11 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
 # Usage: check_includes.sh [ROOT]
-# Fails on an include that leads upstairs, on a header of Windows outside the rooms that
-# know Windows, and on a source that does not begin with its own header.
+# Fails on an include that leads upstairs, on a way down that nobody goes, on a header of
+# Windows outside the rooms that know Windows, and on a source that does not begin with its
+# own header.
 set -euo pipefail
+set -f # "camhost/*" below is no pattern of files
 cd "${1:-"$(dirname "$0")/.."}"
 
 # The rooms from the ground up, each with what it may include besides itself. A file
@@ -16,14 +18,14 @@ capture/library: platform
 capture: platform capture/library
 properties: include/velmora platform capture
 acquisition/kernels:
-acquisition: include/velmora platform capture acquisition/kernels
+acquisition: platform capture acquisition/kernels
 adapter: include/velmora platform capture properties acquisition
 virtual_cameras:
 virtual_cameras/files: platform
 virtual_cameras/scenes: virtual_cameras/files
 virtual_cameras/rig: platform capture/library virtual_cameras virtual_cameras/files virtual_cameras/scenes
 virtual_cameras/calls: platform capture/library virtual_cameras
-virtual_cameras/events: platform capture/library virtual_cameras/scenes virtual_cameras/rig
+virtual_cameras/events: virtual_cameras/rig
 virtual_cameras/properties: platform capture/library virtual_cameras/scenes virtual_cameras/rig virtual_cameras/calls
 virtual_cameras/live: platform capture/library virtual_cameras virtual_cameras/scenes virtual_cameras/rig virtual_cameras/calls virtual_cameras/events virtual_cameras/properties
 virtual_cameras/grabber: platform capture/library virtual_cameras/rig virtual_cameras/calls virtual_cameras/properties virtual_cameras/live
@@ -33,22 +35,23 @@ camhost/camera: include/velmora camhost/base
 camhost/settings: include/velmora camhost/base camhost/camera
 camhost/pictures: include/velmora camhost/base
 camhost/grab: include/velmora camhost/base camhost/camera camhost/pictures
-camhost/measure: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab
+camhost/measure: camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab
 camhost/check: include/velmora camhost/base camhost/camera camhost/settings
-camhost/doctor: include/velmora camhost/base camhost/camera
+camhost/doctor: camhost/base camhost/camera
 camhost/help: camhost/base
 camhost/view: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab
-camhost/web: camhost/base camhost/view
+camhost/web: camhost/view
 camhost/commands: include/velmora camhost/base camhost/camera camhost/settings camhost/pictures camhost/grab camhost/measure camhost/check camhost/doctor camhost/help camhost/view camhost/web
 camhost/application: camhost/base camhost/camera camhost/help camhost/commands
 camhost/win32: camhost/base camhost/application
 cmake/msvc_abi:
 package: include/velmora
 examples: include/velmora
-fuzz: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/* fuzz/any_library
-fuzz/any_library: include/velmora platform capture capture/library properties adapter fuzz tests
-bench: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras camhost/*
-tests: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras virtual_cameras/scenes virtual_cameras/rig virtual_cameras/live camhost/* fuzz
+fuzz/input:
+fuzz/any_library: include/velmora capture/library properties adapter tests fuzz/input
+fuzz: include/velmora platform capture capture/library properties acquisition adapter virtual_cameras camhost/* fuzz/input fuzz/any_library
+bench: include/velmora platform acquisition virtual_cameras camhost/*
+tests: include/velmora platform capture capture/library properties acquisition acquisition/kernels adapter virtual_cameras virtual_cameras/scenes virtual_cameras/rig virtual_cameras/live camhost/*
 '
 # The files and folders that may name the headers of Windows.
 knows_windows='platform/windows.h camhost/win32 examples tests cmake/msvc_abi'
@@ -75,9 +78,13 @@ find_room() {
     done
 }
 
+# The ways that an include goes, "ROOM OTHER".
+declare -A gone
+
 may_include() {
     local other
     [ "$1" = "$2" ] && return 0
+    gone["$1 $2"]=yes
     for other in ${allowed[$1]}; do
         case $other in
         */\*) [[ $2 == "${other%\*}"* ]] && return 0 ;;
@@ -155,15 +162,25 @@ while IFS=: read -r file line; do
 done < <(printf '%s\n' "${sources[@]}" |
     xargs grep -HE '^[[:space:]]*#[[:space:]]*include' /dev/null)
 
+declare -A furnished
 for file in "${sources[@]}"; do
     find_room "$file"
     if [ -z "$room" ]; then
         report "$file: lies in no room of the table"
         continue
     fi
+    furnished[$room]=yes
     check_edges "$file"
     check_windows "$file"
     check_own_header_first "$file"
+done
+# The table tells a reader which ways there are, so it has no more than those.
+for room in "${!furnished[@]}"; do
+    for other in ${allowed[$room]}; do
+        if [ "${furnished[$other]:-}" ] && [ -z "${gone["$room $other"]:-}" ]; then
+            report "$room: nothing in it includes anything of $other"
+        fi
+    done
 done
 if [ ${#sources[@]} -eq 0 ]; then
     report "no sources found"

@@ -104,6 +104,7 @@ expect fail camhost/list.cpp ''
 expect fail virtual_cameras/rig.cpp '#include "camhost/base/texts.h"'
 expect fail fuzz/text_fuzz.cpp '#include "tests/win32/win32_log.h"'
 expect pass fuzz/any_library/host.cpp '#include "tests/win32/win32_log.h"'
+expect fail tests/unit/text_test.cpp '#include "fuzz/any_library/host.h"'
 expect fail fuzz/any_library/grabber.cpp '#include "virtual_cameras/control.h"'
 expect fail bench/notes.txt ''
 
@@ -113,6 +114,79 @@ echo '' >"$tree/adapter/entry_points.h"
 printf '#include <vector>\n#include "adapter/entry_points.h"\n' >"$tree/adapter/entry_points.cpp"
 if "$check" "$tree" >/dev/null 2>&1; then
     echo "a source that begins with another header passed" >&2
+    failures=$((failures + 1))
+fi
+
+# The house from the ground up: none of these rooms includes anything of a later one.
+floors='
+platform
+capture/library
+capture
+include/velmora
+properties
+acquisition/kernels
+acquisition
+adapter
+virtual_cameras
+virtual_cameras/files
+virtual_cameras/scenes
+virtual_cameras/rig
+virtual_cameras/calls
+virtual_cameras/events
+virtual_cameras/properties
+virtual_cameras/live
+virtual_cameras/grabber
+virtual_cameras/control
+camhost/base
+camhost/camera
+camhost/settings
+camhost/pictures
+camhost/grab
+camhost/measure
+camhost/check
+camhost/doctor
+camhost/help
+camhost/view
+camhost/web
+camhost/commands
+camhost/application
+camhost/win32
+tests
+fuzz/input
+fuzz/any_library
+fuzz
+bench
+package
+examples
+cmake/msvc_abi
+'
+rm -rf "${tree:?}"/*
+below=()
+ways=()
+for upper in $floors; do
+    for lower in "${below[@]}"; do
+        mkdir -p "$tree/$lower"
+        file=$lower/to_${upper//\//_}.h
+        echo "#include \"${upper#include/}/file.h\"" >"$tree/$file"
+        ways+=("$file: may not include \"${upper#include/}/file.h\"")
+    done
+    below+=("$upper")
+done
+found=$("$check" "$tree" 2>&1 || true)
+for way in "${ways[@]}"; do
+    if ! grep -qxF "$way" <<<"$found"; then
+        echo "upstairs, and passed: $way" >&2
+        failures=$((failures + 1))
+    fi
+done
+
+# Two rooms with a way between them that no include goes.
+rm -rf "${tree:?}"/*
+mkdir "$tree/platform" "$tree/capture"
+echo '' >"$tree/platform/text.h"
+echo '' >"$tree/capture/conversions.h"
+if "$check" "$tree" >/dev/null 2>&1; then
+    echo "a way that nothing goes passed" >&2
     failures=$((failures + 1))
 fi
 [ "$failures" -eq 0 ]

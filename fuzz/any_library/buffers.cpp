@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "fuzz/any_library/live.h"
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 
 namespace any_library {
 

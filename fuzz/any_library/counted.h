@@ -10,7 +10,7 @@
 
 #include "capture/library/property_items.h"
 #include "fuzz/any_library/world.h"
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 
 namespace any_library {
 

@@ -9,7 +9,7 @@
 #include "fuzz/any_library/items.h"
 #include "fuzz/any_library/live.h"
 #include "fuzz/any_library/texts.h"
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 
 namespace any_library {
 

@@ -8,7 +8,7 @@
 #include "adapter/channel_registry.h"
 #include "fuzz/any_library/live.h"
 #include "fuzz/any_library/world.h"
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 #include "tests/win32/win32_log.h"
 
 namespace any_library {

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 #include "velmora/host_blocks.h"
 #include "velmora/video_channel_record.h"
 

@@ -4,7 +4,7 @@
 #include <new>
 #include <typeinfo>
 
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 #include "properties/camera_features.h"
 #include "properties/device_format_lists.h"
 #include "properties/device_formats.h"

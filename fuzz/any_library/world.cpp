@@ -7,7 +7,7 @@
 
 #include "fuzz/any_library/live.h"
 #include "fuzz/any_library/properties.h"
-#include "fuzz/fuzz_input.h"
+#include "fuzz/input/fuzz_input.h"
 
 namespace any_library {
 
