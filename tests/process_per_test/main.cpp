@@ -9,19 +9,28 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace {
 
+// As the exit status of a test's process. Skipped is as CTest and others know it.
+enum Outcome : int { passed = 0, failed = 1, skipped = 77 };
+
+// Without those that are off by their name.
 std::vector<std::string> namesOfTests() {
+    constexpr std::string_view off = "DISABLED_";
     std::vector<std::string> names;
     const testing::UnitTest& all = *testing::UnitTest::GetInstance();
     for (int i = 0; i < all.total_test_suite_count(); ++i) {
         const testing::TestSuite& suite = *all.GetTestSuite(i);
         for (int j = 0; j < suite.total_test_count(); ++j) {
-            names.push_back(std::string(suite.name()) + "." + suite.GetTestInfo(j)->name());
+            const std::string_view test = suite.GetTestInfo(j)->name();
+            if (!test.starts_with(off) && !std::string_view(suite.name()).starts_with(off)) {
+                names.push_back(std::string(suite.name()) + "." + std::string(test));
+            }
         }
     }
     return names;
@@ -29,22 +38,35 @@ std::vector<std::string> namesOfTests() {
 
 constexpr unsigned longestTestSeconds = 300;
 
-bool passes(const std::string& name) {
+Outcome run(const std::string& name) {
     GTEST_FLAG_SET(filter, name);
-    return RUN_ALL_TESTS() == 0 && testing::UnitTest::GetInstance()->test_to_run_count() == 1;
+    const testing::UnitTest& all = *testing::UnitTest::GetInstance();
+    if (RUN_ALL_TESTS() != 0 || all.test_to_run_count() != 1) {
+        return failed;
+    }
+    return all.skipped_test_count() == 1 ? skipped : passed;
 }
 
-bool passesInAProcessOfItsOwn(const std::string& name) {
+Outcome runInAProcessOfItsOwn(const std::string& name) {
     std::fflush(nullptr);
     const pid_t child = fork();
     if (child == 0) {
         alarm(longestTestSeconds);
         // Ends as a program does, so that a sanitizer looks for leaks.
-        std::exit(passes(name) ? EXIT_SUCCESS : EXIT_FAILURE);
+        std::exit(run(name));
     }
     int status = 0;
-    return child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status) &&
-           WEXITSTATUS(status) == 0;
+    if (child < 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status)) {
+        return failed;
+    }
+    const int outcome = WEXITSTATUS(status);
+    return outcome == passed || outcome == skipped ? Outcome{outcome} : failed;
+}
+
+void print(const char* verdict, const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+        std::printf("%s %s\n", verdict, name.c_str());
+    }
 }
 
 }  // namespace
@@ -55,17 +77,14 @@ int main(int argc, char** argv) {
         return RUN_ALL_TESTS();
     }
     GTEST_FLAG_SET(brief, true);
-    std::vector<std::string> failed;
+    std::map<Outcome, std::vector<std::string>> ended;
     const std::vector<std::string> names = namesOfTests();
     for (const std::string& name : names) {
-        if (!passesInAProcessOfItsOwn(name)) {
-            failed.push_back(name);
-            std::printf("[  FAILED  ] %s\n", name.c_str());
-        }
+        ended[runInAProcessOfItsOwn(name)].push_back(name);
     }
-    std::printf("%zu tests in processes of their own, %zu failed\n", names.size(), failed.size());
-    for (const std::string& name : failed) {
-        std::printf("[  FAILED  ] %s\n", name.c_str());
-    }
-    return names.empty() || !failed.empty() ? EXIT_FAILURE : EXIT_SUCCESS;
+    std::printf("%zu tests in processes of their own, %zu skipped, %zu failed\n", names.size(),
+                ended[skipped].size(), ended[failed].size());
+    print("[  SKIPPED ]", ended[skipped]);
+    print("[  FAILED  ]", ended[failed]);
+    return ended[passed].empty() || !ended[failed].empty() ? EXIT_FAILURE : EXIT_SUCCESS;
 }

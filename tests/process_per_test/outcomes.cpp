@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Tests that pass, fail and crash, to try main.cpp on.
+// Tests that end in every way, to try main.cpp on.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -10,6 +10,14 @@ TEST(Outcomes, Fail) {
 
 TEST(Outcomes, Pass) {
     SUCCEED();
+}
+
+TEST(Outcomes, Skip) {
+    GTEST_SKIP();
+}
+
+TEST(Outcomes, DISABLED_Fail) {
+    FAIL();
 }
 
 TEST(Outcomes, Crash) {
