@@ -4,7 +4,7 @@
 
 #include "capture/capture_library.h"
 
-// While an exception is on its way, which one more must not take the place of.
+// For a start while an exception is on its way: one more must not take its place.
 inline void startLiveAnyway(DShowLib::Grabber& grabber) noexcept {
     try {
         grabber.startLive(false);

@@ -18,7 +18,7 @@ tests=$(cat $(find tests -name '*_test.cpp') | tr '\n' ' ' |
 tests+=$'\n'$(cat tests/CMakeLists.txt tests/*/CMakeLists.txt tests/*/*/CMakeLists.txt cmake/*.cmake 2>/dev/null |
     grep -oE '[A-Z][A-Za-z]+\.[A-Za-z_]+' || true)
 
-pages=$(find README.md CONTRIBUTING.md docs tests -name '*.md')
+pages=$(find README.md CONTRIBUTING.md docs tests cmake -name '*.md')
 for page in $pages; do
     for name in $(grep -oE '`[A-Z][A-Za-z0-9]+\.[A-Z][A-Za-z0-9]+`' "$page" | tr -d '`' | sort -u); do
         grep -qx "$name" <<<"$tests" || report "$page: no test is named $name"
