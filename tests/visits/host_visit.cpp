@@ -156,6 +156,7 @@ void CHostVisit::open() {
 
 bool CHostVisit::openAll() {
     constexpr std::int32_t mostCameras = 4;
+    ++m_listings;
     for (std::int32_t index = 0; index < mostCameras; ++index) {
         CHostMemory memory(sizeof(VideoChannelRecord));
         auto* record = static_cast<VideoChannelRecord*>(static_cast<void*>(memory.data()));

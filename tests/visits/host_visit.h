@@ -34,6 +34,8 @@ public:
 
     void run();
 
+    // How often it asked for the cameras from the first one on.
+    std::int32_t listings() const noexcept { return m_listings; }
     // Every answer, text, status and picture, in order.
     const std::string& transcript() const noexcept { return m_transcript; }
     // Frames of another camera came to the visited one's channel.
@@ -81,6 +83,7 @@ private:
     std::size_t frameBytes() const;
 
     std::string m_camera;
+    std::int32_t m_listings = 0;
     std::vector<std::unique_ptr<VideoChannelRecord>> m_records;
     const VideoChannelRecord* m_record = nullptr;
     CHostText m_message;
