@@ -5,6 +5,7 @@
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 class FailingStartUp : public CStartUpTest {};
 
@@ -78,6 +79,14 @@ TEST_F(FailingStartUp, ReportsATextThrownAnywhereInTheConstruction) {
     EXPECT_EQ(win32::messageBoxes().size(), 1U);
     EXPECT_EQ(alive().grabbers, 0U);
     EXPECT_EQ(alive().sinks, 0U);
+}
+
+TEST_F(FailingStartUp, MakesNoEventForACameraWhoseFirstReadingThrows) {
+    loadRig(rigs::grey(rigs::range("Contrast", 0, 255, 51)));
+    throwFromCall("IVCDRangeProperty::getValue", "no");
+    EXPECT_EQ(channelCount(), 0);
+    EXPECT_EQ(win32::messageBoxes().size(), 1U);
+    EXPECT_THAT(win32::callsOf("CreateEventA"), IsEmpty());
 }
 
 TEST_F(FailingStartUp, LetsATextOutsideAConstructionPass) {

@@ -101,6 +101,17 @@ TEST_F(FrameDelivery, RebuildsTheMosaicOfAColorFrame) {
                                            0x03, 0x40, 0x00, 0x40, 0x01, 0x40, 0x00, 0x40));
 }
 
+TEST_F(FrameDelivery, RebuildsTheMosaicAlsoWhenAnotherPixelTypeWasSetBefore) {
+    open(rigs::color());
+    EXPECT_EQ(set("pixelformat", "Mono8"), accepted());
+    EXPECT_EQ(set("pixelformat", "Raw8"), accepted());
+    EXPECT_EQ(start(), accepted());
+    const CHostMemory& frame = receiveFrame();
+    EXPECT_EQ(frame[1], 0x80);
+    EXPECT_EQ(frame[2], 0x40);
+    EXPECT_FALSE(frame.isUntouched(24, 8)) << "a shifted copy leaves the last row out";
+}
+
 TEST_F(FrameDelivery, StartsTheMosaicWithBlueAtAnOddHeight) {
     openLive(rigs::camera("SIM", "1", "\"RGB24 (4x3)\""));
     const CHostMemory& frame = receiveFrame(12);

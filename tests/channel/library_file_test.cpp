@@ -100,6 +100,14 @@ TEST_F(LibraryFile, IsNotCalledWhenItLacksAFunction) {
     EXPECT_FALSE(reinterpret_cast<bool (*)()>(reinterpret_cast<void (*)()>(standIn))());
 }
 
+TEST_F(LibraryFile, MayBeAWholeOneAtTheNextAttempt) {
+    MadeUpModule adapter;
+    int library = 0;
+    bindDelayedCalls(adapter.handle(), reinterpret_cast<HMODULE>(&library));
+    ASSERT_NE(adapter.notify(dliStartProcessing), nullptr) << "it lacks a function";
+    EXPECT_TRUE(startCaptureLibrary());
+}
+
 TEST_F(LibraryFile, IsAskedByOrdinalForAFunctionWithoutAName) {
     win32::setProcAddress("InitLibrary", &someFunction);
     win32::setProcAddress("#7", &someFunction);

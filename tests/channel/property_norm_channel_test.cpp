@@ -233,6 +233,12 @@ TEST_F(PropertyInputChannel, IsReadNarrowAndComparedWide) {
     EXPECT_EQ(host.get("inputchannel"), accepted("S-Video"));
 }
 
+TEST_F(PropertyInputChannel, CutsALongNameByBytes) {
+    CPropertyHost host(
+        camera("formats = [\"Y800 (640x480)\"]\nchannels = [\"" + std::string(300, 'x') + "\"]\n"));
+    EXPECT_EQ(host.get("inputchannel"), accepted(std::string(255, 'x')));
+}
+
 TEST_F(PropertyInputChannel, IsComparedExactly) {
     CPropertyHost host(channels);
     host.forgetCalls();

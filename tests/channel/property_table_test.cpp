@@ -11,6 +11,19 @@ using testing::IsEmpty;
 
 const std::string bare = camera("");
 
+TEST_F(PropertyTable, KnowsItsSettingsAndItsCommandsByTheirWholeKeys) {
+    COpenGrabber grabber(camera("framerates = [30.0]\n"));
+    CPropertyPixelFormat pixelFormat("Pixelformat", grabber.get(), {});
+    CPropertyTables tables;
+    tables.buildPropertyTable(grabber.get(), pixelFormat);
+    EXPECT_TRUE(tables.hasProperty("framerate"));
+    EXPECT_FALSE(tables.hasProperty("framerat"));
+    EXPECT_FALSE(tables.hasProperty("propertydialog"));
+    EXPECT_TRUE(tables.hasExecute("propertydialog"));
+    EXPECT_FALSE(tables.hasExecute("propertydialogs"));
+    EXPECT_FALSE(tables.hasExecute("framerate"));
+}
+
 TEST_F(PropertyTable, StaysEmptyWithoutACollection) {
     CPropertyHost host(
         camera("properties = false\n"

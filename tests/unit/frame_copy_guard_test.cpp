@@ -40,27 +40,32 @@ protected:
         compareAt(from.first(sourceSize), to.first(destinationSize), copy);
         compareAt(from.last(sourceSize), to.last(destinationSize), copy);
     }
-    void compareMosaic(std::int32_t width, std::int32_t height, std::size_t cut) {
+    // The source is `cut` bytes shorter than the frame, or longer where that is negative.
+    void compareMosaic(std::int32_t width, std::int32_t height, std::ptrdiff_t cut) {
         const auto columns = static_cast<std::size_t>(width);
         const auto rows = static_cast<std::size_t>(height);
         const std::size_t size = columns * rows * 4;
-        compare(size - std::min(size, cut), (columns + columns % 2) * rows,
+        compare(bytesLeft(size, cut), (columns + columns % 2) * rows,
                 [&](const FrameCopyKernels& set, std::uint8_t* to, auto from) {
                     set.mosaic(to, from, width, height);
                 });
     }
-    void compareShifted(std::int32_t width, std::int32_t height, std::size_t cut) {
+    void compareShifted(std::int32_t width, std::int32_t height, std::ptrdiff_t cut) {
         const std::size_t size = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
         // The last row, and the last column before it, are not the kernel's.
         const std::size_t written =
             height > 1 && width > 1 ? size - static_cast<std::size_t>(width) - 1 : 0;
-        compare(size - std::min(size, cut), written,
+        compare(bytesLeft(size, cut), written,
                 [&](const FrameCopyKernels& set, std::uint8_t* to, auto from) {
                     set.shifted(to, from, width, height);
                 });
     }
 
 private:
+    static std::size_t bytesLeft(std::size_t frame, std::ptrdiff_t cut) {
+        return cut < 0 ? frame + static_cast<std::size_t>(-cut)
+                       : frame - std::min(frame, static_cast<std::size_t>(cut));
+    }
     template <class Copy>
     void compareAt(ByteSpan source, ByteSpan destination, const Copy& copy) {
         std::ranges::fill(destination, untouchedByte);
@@ -89,10 +94,17 @@ TEST_P(GuardedFrameCopy, MosaicOfEveryWidthTo200TouchesNothingElse) {
 
 TEST_P(GuardedFrameCopy, MosaicOfACutSourceTouchesNothingElse) {
     for (const std::int32_t width : {15, 16, 17, 31, 32, 33, 63, 64, 65, 97}) {
-        for (std::size_t cut = 1; cut <= static_cast<std::size_t>(width) * 4 + 5; ++cut) {
+        for (std::ptrdiff_t cut = 1; cut <= width * 4 + 5; ++cut) {
             SCOPED_TRACE(testing::Message() << width << " x 3, " << cut << " bytes short");
             ASSERT_NO_FATAL_FAILURE(compareMosaic(width, 3, cut));
         }
+    }
+}
+
+TEST_P(GuardedFrameCopy, MosaicOfALongerSourceTouchesNothingElse) {
+    for (const std::int32_t width : {17, 33, 34, 64, 65, 97}) {
+        SCOPED_TRACE(testing::Message() << width << " x 3");
+        ASSERT_NO_FATAL_FAILURE(compareMosaic(width, 3, -40 * width));
     }
 }
 
@@ -114,10 +126,17 @@ TEST_P(GuardedFrameCopy, ShiftedRawOfEveryWidthTo200TouchesNothingElse) {
 
 TEST_P(GuardedFrameCopy, ShiftedRawOfACutSourceTouchesNothingElse) {
     for (const std::int32_t width : {16, 17, 18, 32, 33, 34, 64, 65, 66, 97}) {
-        for (std::size_t cut = 1; cut <= static_cast<std::size_t>(width) + 5; ++cut) {
+        for (std::ptrdiff_t cut = 1; cut <= width + 5; ++cut) {
             SCOPED_TRACE(testing::Message() << width << " x 3, " << cut << " bytes short");
             ASSERT_NO_FATAL_FAILURE(compareShifted(width, 3, cut));
         }
+    }
+}
+
+TEST_P(GuardedFrameCopy, ShiftedRawOfALongerSourceTouchesNothingElse) {
+    for (const std::int32_t width : {17, 33, 34, 64, 65, 97}) {
+        SCOPED_TRACE(testing::Message() << width << " x 3");
+        ASSERT_NO_FATAL_FAILURE(compareShifted(width, 3, -10 * width));
     }
 }
 

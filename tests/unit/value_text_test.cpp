@@ -44,7 +44,8 @@ TEST(ParseInteger, IgnoresWhatFollowsTheNumber) {
 }
 
 TEST(ParseInteger, TextThatBeginsWithNoNumberIsZero) {
-    for (const char* text : {"", " ", "abc", "+", "-", "--5", "+-5", "- 5", ".5", "e5", "\"5\""}) {
+    for (const char* text :
+         {"", " ", "abc", "x5", "+", "-", "--5", "+-5", "- 5", ".5", "e5", "\"5\""}) {
         EXPECT_EQ(0, parseInteger(text)) << text;
     }
 }
