@@ -28,7 +28,7 @@ class Builder:
     def __init__(self, root, work):
         self.root = root
         self.work = work
-        self.native = root / "build" / "native"
+        self.native = work / "native"
         self.header = work / "unchanged.h"
         work.mkdir(parents=True, exist_ok=True)
         self.commands = {}
@@ -36,6 +36,8 @@ class Builder:
             file = pathlib.Path(entry["file"])
             if file.is_relative_to(root):
                 self.commands[file.relative_to(root).as_posix()] = entry
+        if not any(source.startswith("tests/unit/") for source in self.commands):
+            raise SystemExit("the build of the mutants compiles its tests together")
         self.product = {}  # source -> its object of the native build
         self.link = {}
         self._read_link_lines()
@@ -121,11 +123,12 @@ class Builder:
 
     def relink(self, program, target, replaced, extra=()):
         """The program with some of its objects replaced: {source: object}. These come first,
-        so that inline functions are theirs. The linker's text, or None."""
-        objects = [str(o) for o in replaced.values()]
-        objects += [o for s, o in self.product.items() if s not in replaced]
+        so that inline functions are theirs; what is not replaced comes last, so that a function
+        that the tests have in its place is the tests'. The linker's text, or None."""
+        others = [o for s, o in self.product.items() if s not in replaced]
         result = run(["g++", "-no-pie", "-fuse-ld=gold", "-Wl,--strip-debug" if not extra else "-g",
-                      *objects, *map(str, extra), str(self.rest(program)), "-o", str(target),
+                      *map(str, replaced.values()), *map(str, extra), str(self.rest(program)), *others,
+                      "-o", str(target),
                       "-Wl,--allow-multiple-definition", "-pthread",
                       # The unit tests come without a capture library.
                       "-Wl,--unresolved-symbols=ignore-all"])
