@@ -198,6 +198,20 @@ TEST_F(Listener, GivesTheBufferBackWhenTheLockThrows) {
     EXPECT_FALSE(listener.isHandingOver());
 }
 
+TEST_F(Listener, HasNoLockToGiveBackWhereTheNextBufferCanNotBeLocked) {
+    CListener listener;
+    listener.beginWait(m_event);
+    deliver(listener, 0);
+    throwFromCall("MemBuffer::lock", "no");
+    recordAll();
+    listener.beginWait(m_event);
+    EXPECT_ANY_THROW(deliver(listener, 1));
+    listener.beginWait(m_event);
+    deliver(listener, 2);
+    EXPECT_THAT(library_log::invocations({"MemBuffer::unlock"}),
+                ElementsAre("MemBuffer::unlock(0)"));
+}
+
 TEST_F(Listener, HasNoFrameReadyAndNoLockToGiveBackWhenTheLockThrows) {
     CListener listener;
     throwFromCall("MemBuffer::lock", "no");

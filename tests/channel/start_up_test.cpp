@@ -39,7 +39,19 @@ TEST_F(StartUp, SucceedsForEveryReasonAndLooksForThePathOnProcessAttachAlone) {
     int theProcessEnds = 0;
     EXPECT_EQ(DllMain(nullptr, DLL_PROCESS_DETACH, &theProcessEnds), TRUE);
     EXPECT_EQ(DllMain(nullptr, 77, nullptr), TRUE);
-    EXPECT_THAT(win32Calls({}), IsEmpty());
+    EXPECT_THAT(win32::callsOf("GetModuleFileNameW"), IsEmpty());
+}
+
+TEST_F(StartUp, LetsTheLastCallLeaveWhereTheProcessGoesOn) {
+    win32::reset();
+    for (const DWORD reason : {DLL_PROCESS_ATTACH, DLL_THREAD_ATTACH, DLL_THREAD_DETACH}) {
+        DllMain(nullptr, reason, nullptr);
+    }
+    int theProcessEnds = 0;
+    DllMain(nullptr, DLL_PROCESS_DETACH, &theProcessEnds);
+    EXPECT_THAT(win32::callsOf("letLastCallLeave"), IsEmpty());
+    DllMain(nullptr, DLL_PROCESS_DETACH, nullptr);
+    EXPECT_EQ(win32::callsOf("letLastCallLeave").size(), 1U);
 }
 
 TEST_F(StartUp, KeepsTheFolderWithItsLastBackslash) {

@@ -52,18 +52,6 @@ TEST_F(Stop, StartsComThenResetsTheEventThenStopsCom) {
                                             StartsWith("ResetEvent(event "), "CoUninitialize()"));
 }
 
-TEST_F(Stop, EndsAWaitThatIsUnderWay) {
-    openLive();
-    win32::runInside("WaitForSingleObject", [this] {
-        EXPECT_EQ(stop(), accepted());
-        EXPECT_EQ(start(), accepted());
-        deliver();
-    });
-    EXPECT_EQ(waitInVain(), noFrame());
-    win32::runInside("WaitForSingleObject", {});
-    EXPECT_EQ(lockedBuffers(), 0) << "a frame for the wait before the stop";
-}
-
 TEST_F(Stop, BalancesTheSecondComOfAThreadToo) {
     openLive();
     recordAll();

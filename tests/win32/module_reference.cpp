@@ -12,4 +12,6 @@ void releaseOwnModule() noexcept {
     win32::detail::record("releaseOwnModule", "");
 }
 
-void letLastCallLeave() noexcept {}
+void letLastCallLeave() noexcept {
+    win32::detail::record("letLastCallLeave", "");
+}

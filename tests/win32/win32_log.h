@@ -18,10 +18,10 @@ namespace win32 {
 
 // Logged, in the order of entry: CloseHandle, CoInitializeEx, CoUninitialize,
 // CreateEventA, CreateEventW, FindClose, FindFirstFileW, FreeLibrary,
-// GetModuleFileNameW, GetModuleHandleW, GetProcAddress, holdOwnModule, LoadLibraryExW,
-// LoadLibraryW, releaseOwnModule,
-// MessageBoxW, OleInitialize, OleUninitialize, OutputDebugStringW, ResetEvent,
-// SetDllDirectoryW, SetEvent, StringFromCLSID, WaitForSingleObject.
+// GetModuleFileNameW, GetModuleHandleW, GetProcAddress, holdOwnModule, letLastCallLeave,
+// LoadLibraryExW, LoadLibraryW, MessageBoxW, OleInitialize, OleUninitialize,
+// OutputDebugStringW, releaseOwnModule, ResetEvent, SetDllDirectoryW, SetEvent,
+// StringFromCLSID, WaitForSingleObject.
 // Not logged, since they are many and have no order that matters: memory, locks,
 // text conversion, clock, thread id, last error.
 //
