@@ -62,6 +62,9 @@ class Reach:
         objects = {}
         print("tracing: compiling", flush=True)
         for source in builder.product:
+            # Nothing to reach; the tests have their own in its place.
+            if source == "platform/log_trace.cpp":
+                continue
             objects[source] = folder / (source.replace("/", "_") + ".o")
             failure = builder.compile(source, objects[source], ["-g1", "-fsanitize-coverage=trace-pc"])
             if failure:
