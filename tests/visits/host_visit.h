@@ -36,6 +36,8 @@ public:
 
     // How often it asked for the cameras from the first one on.
     std::int32_t listings() const noexcept { return m_listings; }
+    // How many channels it was given.
+    std::int32_t channels() const noexcept { return static_cast<std::int32_t>(m_records.size()); }
     // Every answer, text, status and picture, in order.
     const std::string& transcript() const noexcept { return m_transcript; }
     // Frames of another camera came to the visited one's channel.

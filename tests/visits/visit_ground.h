@@ -41,6 +41,7 @@ void PrintTo(const Remains& remains, std::ostream* out);
 struct Outcome {
     std::string transcript;
     std::int32_t listings = 0;
+    std::int32_t channels = 0;
     std::uint32_t copiedFrames = 0;
     bool gotForeignFrames = false;
     std::int32_t locksAfterStop = 0;
