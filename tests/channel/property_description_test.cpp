@@ -71,7 +71,7 @@ TEST_F(PropertyName, EndsWithAnEmptyName) {
     EXPECT_EQ(host.name(2147483647), none());
 }
 
-TEST_F(PropertyName, IsCutAfter254Bytes) {
+TEST_F(PropertyName, HoldsTheLongestKey) {
     CPropertyHost host(camera("[[camera.item]]\nname = \"" + std::string(300, 'a') +
                               "\"\nValue.range = { min = 0, max = 10, value = 5 }\n"));
     EXPECT_EQ(host.name(0), accepted(std::string(254, 'a')));

@@ -33,6 +33,16 @@ TEST_F(PropertyFrameRate, MayBeAnyRateWithinTheListsEnds) {
                                             "Grabber::setFPS(17.123456)"));
 }
 
+TEST_F(PropertyFrameRate, IgnoresThatTheHighestIsRefusedWhenTheCameraOpens) {
+    COpenGrabber grabber(rates("60.0, 30.0"));
+    refuseCall("Grabber::setFPS");
+    CPropertyFrameRate rate("Frame Rate", grabber.get());
+    CHostText message;
+    CHostText value;
+    EXPECT_EQ(rate.getValue(message, value), 0);
+    EXPECT_TRUE(message.isUntouched());
+}
+
 TEST_F(PropertyFrameRate, IsRefusedOutsideTheListsEnds) {
     CPropertyHost host(rates("3.75, 15.0, 30.0, 60.0"));
     host.forgetCalls();

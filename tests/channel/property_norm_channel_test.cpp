@@ -234,9 +234,9 @@ TEST_F(PropertyInputChannel, IsReadNarrowAndComparedWide) {
 }
 
 TEST_F(PropertyInputChannel, CutsALongNameByBytes) {
-    CPropertyHost host(
-        camera("formats = [\"Y800 (640x480)\"]\nchannels = [\"" + std::string(300, 'x') + "\"]\n"));
-    EXPECT_EQ(host.get("inputchannel"), accepted(std::string(255, 'x')));
+    const std::string name = std::string(254, 'x') + "ÄÖ";
+    CPropertyHost host(camera("formats = [\"Y800 (640x480)\"]\nchannels = [\"" + name + "\"]\n"));
+    EXPECT_EQ(host.get("inputchannel"), accepted(std::string(254, 'x') + "\xC3"));
 }
 
 TEST_F(PropertyInputChannel, IsComparedExactly) {
