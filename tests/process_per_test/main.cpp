@@ -80,7 +80,11 @@ int main(int argc, char** argv) {
     std::map<Outcome, std::vector<std::string>> ended;
     const std::vector<std::string> names = namesOfTests();
     for (const std::string& name : names) {
-        ended[runInAProcessOfItsOwn(name)].push_back(name);
+        const Outcome outcome = runInAProcessOfItsOwn(name);
+        ended[outcome].push_back(name);
+        if (outcome == failed) {
+            print("[  FAILED  ]", {name});
+        }
     }
     std::printf("%zu tests in processes of their own, %zu skipped, %zu failed\n", names.size(),
                 ended[skipped].size(), ended[failed].size());
