@@ -177,7 +177,9 @@ done
 # The table tells a reader which ways there are, so it has no more than those.
 for room in "${!furnished[@]}"; do
     for other in ${allowed[$room]}; do
-        if [ "${furnished[$other]:-}" ] && [ -z "${gone["$room $other"]:-}" ]; then
+        if [[ $other != */\* && -z ${allowed[$other]+known} ]]; then
+            report "$room: there is no room $other"
+        elif [ "${furnished[$other]:-}" ] && [ -z "${gone["$room $other"]:-}" ]; then
             report "$room: nothing in it includes anything of $other"
         fi
     done

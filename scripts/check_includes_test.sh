@@ -160,6 +160,11 @@ package
 examples
 cmake/msvc_abi
 '
+rooms=$(sed -n "/^rooms='/,/^'/s/:.*//p" "$check" | sort)
+if [ "$rooms" != "$(xargs -n 1 <<<"$floors" | sort)" ]; then
+    echo "the floors of this test are not the rooms of the check" >&2
+    failures=$((failures + 1))
+fi
 rm -rf "${tree:?}"/*
 below=()
 ways=()
