@@ -27,6 +27,7 @@ const Target* atOffset(std::uint64_t offset) {
 }
 
 // NOLINTBEGIN(cppcoreguidelines-pro-type-union-access): the linker lays the table out so.
+
 // As GetProcAddress takes it: the name, or in place of a pointer the ordinal of a function
 // that its library exports without a name.
 const char* nameOf(const IMAGE_THUNK_DATA& function) {

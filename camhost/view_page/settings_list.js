@@ -60,8 +60,8 @@ export class SettingsList {
         return this.#rows.get(key)?.write(text);
     }
 
-    // What came of a write. A reading that is under way may be older, or as new. Where another
-    // camera is shown by now, it is none of that one's.
+    // What came of a write. A reading that is under way may be older, or as new. Changes of a
+    // camera that is no longer shown are left out.
     take(camera, changes) {
         if (camera !== this.camera) {
             return;

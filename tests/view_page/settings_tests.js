@@ -140,7 +140,7 @@ describe("the settings", () => {
         await untilText(number(gain), (text) => text === "71");
     });
 
-    test("a write that is answered when another camera is shown is none of that one's", async (t) => {
+    test("a write that is answered late changes nothing of the camera that is shown by then", async (t) => {
         await holdFromNowOn(t, "written");
         await number(gain).fill("72");
         await number(gain).press("Enter");

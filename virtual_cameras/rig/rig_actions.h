@@ -18,7 +18,7 @@ struct EventPlace {
     CStrictTable& table;
     const RigCamera& camera;
     const std::size_t cameras;
-    RigEvent& event;  // its start is read already
+    RigEvent& event;  // for the reader of an action, with its start read already
 
     bool has(std::string_view key) const { return table.find(key) != nullptr; }
     // Throws the rig's error where the key is not there.

@@ -13,7 +13,7 @@
 
 namespace virtual_cameras {
 
-// In seconds; what repeats, or lasts, does so no shorter.
+// The shortest interval, and the shortest time that anything lasts.
 constexpr double shortestSeconds = 0.001;
 constexpr double nanosecondsPerSecond = 1e9;
 
