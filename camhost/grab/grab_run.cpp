@@ -59,11 +59,24 @@ FrameLayout CGrabRun::readLayout() {
     return readFrameLayout(m_camera, isMadeFromColours(m_formats.current));
 }
 
+// Of live video. A camera that goes in this moment is lost as in the first wait, and was last
+// seen as before the start.
+void CGrabRun::updateLayout() {
+    try {
+        m_layout = readLayout();
+    } catch (const Failure& failure) {
+        if (failure.exit != ExitCode::DeviceLost) {
+            throw;
+        }
+        m_mayDiffer = true;
+    }
+}
+
 GrabEnd CGrabRun::run(const VideoFormats& formats) {
     m_formats = formats;
-    readLayout();
-    CLiveVideo video(m_camera);
     m_layout = readLayout();
+    CLiveVideo video(m_camera);
+    updateLayout();
     try {
         return grab(video);
     } catch (const Failure&) {

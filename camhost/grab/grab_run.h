@@ -54,6 +54,7 @@ public:
 
 private:
     FrameLayout readLayout();
+    void updateLayout();
     GrabEnd loop(CFrameBuffer& buffer);
     std::optional<GrabEnd> step(CFrameBuffer& buffer);
     std::optional<GrabEnd> onTimeout();

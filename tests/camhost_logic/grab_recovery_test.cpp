@@ -46,6 +46,24 @@ TEST_F(GrabRecovery, WhatTheRunSetIsWrittenAgain) {
                                           "stop", "close"));
 }
 
+TEST_F(GrabRecovery, ALossAtTheStartIsWaitedOutToo) {
+    camera().goesAtStart = true;
+    camera().waits = {lost, frame, frame};
+    const Outcome outcome = grab({"-n", "2", "--on-loss", "10"});
+    EXPECT_EQ(outcome.exit, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("done: 2 frames in "));
+    EXPECT_THAT(outcome.out, HasSubstr(" lost 1 ("));
+}
+
+TEST_F(GrabRecovery, ACameraThatGoesAtTheStartHasToComeBackWithTheSamePictures) {
+    camera().goesAtStart = true;
+    Wait back = frame;
+    back.width = 8;
+    camera().waits = {lost, back, frame};
+    const Outcome outcome = grab({"-n", "2", "--on-loss", "10"});
+    EXPECT_THAT(outcome.err, HasSubstr("the camera delivers 8x2 Mono8 now, no longer 4x2 Mono8"));
+}
+
 TEST_F(GrabRecovery, ALossWithinOneWaitIsSeenByWhatItUndid) {
     camera().waits = {frame, timeout, backWith({{"gain value range", "10"}}), frame};
     const Outcome outcome = grab({"-n", "2", "--set", "gain value range=30", "--reapply"});

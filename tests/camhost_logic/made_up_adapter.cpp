@@ -181,6 +181,7 @@ std::int32_t start(char* message, void* context) {
         return 1;
     }
     camera.live = true;
+    camera.missing = camera.goesAtStart;
     return 0;
 }
 

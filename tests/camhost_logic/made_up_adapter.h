@@ -57,6 +57,7 @@ struct MadeUpCamera {
     bool noLists = false;  // not even an end of the numbered lists
     bool startRefused = false;
     int mostStarts = 1000;  // those behind are refused
+    bool goesAtStart = false;
 
     std::deque<Wait> waits;
     Wait otherwise{0, 0, 0.125, {}};  // once they are used up
