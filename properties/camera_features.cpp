@@ -30,6 +30,10 @@ Shown read(Interface& from, HRESULT (STDMETHODCALLTYPE Interface::*operation)(Nu
     return static_cast<Shown>(number);
 }
 
+std::string_view wordFor(RangeLimit limit) noexcept {
+    return limit == RangeLimit::minimum ? "Minimum" : "Maximum";
+}
+
 // The texts that a map-strings interface accepts, in the library's order.
 std::vector<std::string> validTexts(DShowLib::IVCDMapStringsProperty& mapStrings) {
     DShowLib::smart_com<DShowLib::IVCDTexts> list;
@@ -77,8 +81,8 @@ std::int32_t CVCDPropertyRanged<Interface, Number, Shown>::setValue(char* messag
     if (isAutomaticOn(m_automatic)) {
         return refuseAutomatic(message, m_name);
     }
-    const Shown lower = lowerLimit();
-    const Shown upper = upperLimit();
+    const Shown lower = limitOf(RangeLimit::minimum);
+    const Shown upper = limitOf(RangeLimit::maximum);
     Shown number{};
     parseInto(number, value);
     if (!(lower <= number && number <= upper)) {
@@ -102,13 +106,9 @@ std::int32_t CVCDPropertyRanged<Interface, Number, Shown>::setNumber(Shown numbe
 }
 
 template <class Interface, class Number, class Shown>
-Shown CVCDPropertyRanged<Interface, Number, Shown>::lowerLimit() const {
-    return read<Shown>(*m_interface.get(), &Interface::getRangeMin);
-}
-
-template <class Interface, class Number, class Shown>
-Shown CVCDPropertyRanged<Interface, Number, Shown>::upperLimit() const {
-    return read<Shown>(*m_interface.get(), &Interface::getRangeMax);
+Shown CVCDPropertyRanged<Interface, Number, Shown>::limitOf(RangeLimit limit) const {
+    return read<Shown>(*m_interface.get(), limit == RangeLimit::minimum ? &Interface::getRangeMin
+                                                                        : &Interface::getRangeMax);
 }
 
 template <class Ranged, RangeLimit limit>
@@ -116,8 +116,7 @@ std::int32_t CVCDPropertyLimit<Ranged, limit>::getValue(char* message, char* val
     if (!this->isBound()) {
         return refuseUnavailable(message, this->m_name);
     }
-    writeText(value, textBound,
-              limit == RangeLimit::minimum ? this->lowerLimit() : this->upperLimit());
+    writeText(value, textBound, this->limitOf(limit));
     return HOST_RESULT_SUCCESS;
 }
 
@@ -126,8 +125,7 @@ std::int32_t CVCDPropertyLimit<Ranged, limit>::setValue(char* message, std::stri
     if (!this->isBound()) {
         return refuseUnavailable(message, this->m_name);
     }
-    writeText(message, textBound, limit == RangeLimit::minimum ? "Minimum" : "Maximum",
-              " values can not be set! ", this->m_name);
+    writeText(message, textBound, wordFor(limit), " values can not be set! ", this->m_name);
     return HOST_RESULT_FAILURE;
 }
 

@@ -15,6 +15,8 @@
 // - A failing result code of the bound interface is thrown as a 32-bit integer.
 // - getNumber and setNumber are for bound settings only: ask isBound first.
 
+enum class RangeLimit { minimum, maximum };
+
 // A number with its limits, and the switch of the item's automatic, which is empty for
 // an item without one. `Number` is the interface's type, `Shown` the one of the texts.
 template <class Interface, class Number, class Shown>
@@ -32,15 +34,12 @@ public:
     bool isBound() const noexcept { return static_cast<bool>(m_interface); }
 
 protected:
-    Shown lowerLimit() const;
-    Shown upperLimit() const;
+    Shown limitOf(RangeLimit limit) const;
 
 private:
     DShowLib::smart_com<Interface> m_interface;
     DShowLib::smart_com<DShowLib::IVCDSwitchProperty> m_automatic;
 };
-
-enum class RangeLimit { minimum, maximum };
 
 // A limit of a ranged setting, read only.
 template <class Ranged, RangeLimit limit>
