@@ -34,6 +34,17 @@ TEST_F(FrameSink, IsGreyForACameraThatOffersGreyAlone) {
     EXPECT_THAT(created(), ElementsAre(greySink));
 }
 
+TEST_F(FrameSink, KnowsForWhatItWasMade) {
+    open();
+    DShowLib::Grabber grabber;
+    CFrameSink sink(grabber);
+    EXPECT_FALSE(sink.isFor(PixelType::mono8));
+    EXPECT_EQ(sink.outputSize(), std::nullopt);
+    sink.CreateNewSink(PixelType::mono8);
+    EXPECT_TRUE(sink.isFor(PixelType::mono8));
+    EXPECT_FALSE(sink.isFor(PixelType::rgb24));
+}
+
 TEST_F(FrameSink, SetsEveryGreyFormatInTurn) {
     withFormats("\"Y800 (6x4)\", \"BY8 (6x4)\", \"Y800 (8x4)\", \"RGB24 (8x4)\"");
     EXPECT_THAT(chosen(), ElementsAre("Grabber::setVideoFormat(Y800 (6x4)) -> true",

@@ -212,6 +212,17 @@ TEST_F(Listener, HasNoLockToGiveBackWhereTheNextBufferCanNotBeLocked) {
                 ElementsAre("MemBuffer::unlock(0)"));
 }
 
+TEST_F(Listener, HasNoLockToGiveBackOfABufferThatItLetGo) {
+    CListener listener;
+    listener.beginWait(m_event);
+    deliver(listener, 0);
+    listener.releaseBuffer();
+    recordAll();
+    listener.beginWait(m_event);
+    deliver(listener, 1);
+    EXPECT_THAT(locks(), ElementsAre("MemBuffer::lock(1)"));
+}
+
 TEST_F(Listener, HasNoFrameReadyAndNoLockToGiveBackWhenTheLockThrows) {
     CListener listener;
     throwFromCall("MemBuffer::lock", "no");
